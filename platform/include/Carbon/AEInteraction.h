@@ -1,0 +1,6 @@
+#ifndef CARBON_AEINTERACTION_H
+#define CARBON_AEINTERACTION_H
+
+#include <Carbon/MacTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef CARBON_APPLEEVENTS_H
+#define CARBON_APPLEEVENTS_H
+
+#include <Carbon/MacTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef CARBON_CARBONEVENTS_H
+#define CARBON_CARBONEVENTS_H
+
+#include <Carbon/MacTypes.h>
+
+#endif

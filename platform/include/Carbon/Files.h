@@ -1,0 +1,6 @@
+#ifndef CARBON_FILES_H
+#define CARBON_FILES_H
+
+#include <Carbon/MacTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef COREFOUNDATION_CFDICTIONARY_H
+#define COREFOUNDATION_CFDICTIONARY_H
+
+#include <Carbon/MacTypes.h>
+
+#endif

@@ -1,0 +1,6 @@
+#ifndef COREFOUNDATION_CFSTRING_H
+#define COREFOUNDATION_CFSTRING_H
+
+#include <Carbon/MacTypes.h>
+
+#endif
