@@ -3,6 +3,9 @@
 #ifndef CARBON_MACERRORS_H
 #define CARBON_MACERRORS_H
 
+// Queues.
+enum { qErr = -1 };
+
 // General and files.
 enum {
     dirFulErr = -33,

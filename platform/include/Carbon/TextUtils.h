@@ -1,6 +1,36 @@
+// Text Utilities: Pascal and C strings, and changing the case and marks of MacRoman text.
 #ifndef CARBON_TEXTUTILS_H
 #define CARBON_TEXTUTILS_H
 
 #include <Carbon/MacTypes.h>
+
+// Scripts that the calls below take. Text is MacRoman in all three.
+enum { smCurrentScript = -2, smSystemScript = -1, smRoman = 0 };
+
+PLATFORM_DECLARATIONS_BEGIN
+
+// A zero-terminated string as a Pascal string: at most 255 characters, the rest is cut off. A null
+// source gives the empty string. Source and destination may be the same memory.
+void CopyCStringToPascal(const char* src, Str255 dst);
+void c2pstrcpy(Str255 dst, const char* src);
+
+// A Pascal string as a zero-terminated one, for which `dst` must have room: its length and one. A
+// null source gives the empty string. Source and destination may be the same memory.
+void CopyPascalStringToC(ConstStr255Param src, char* dst);
+void p2cstrcpy(char* dst, ConstStr255Param src);
+
+// Puts a string into capitals as the file system does: accented letters whose capitals lie above
+// D8 stay as they are. Without `diacSensitive` letters lose their marks as well.
+void UpperString(Str255 theString, Boolean diacSensitive);
+
+// Changes `len` characters in place: capitals, small letters, letters without marks, both. A length
+// of 0 or less does nothing. Only the scripts above have tables: with any other one the text stays
+// as it is and ResError is resNotFound (noErr otherwise).
+void UppercaseText(Ptr textPtr, SInt16 len, ScriptCode script);
+void LowercaseText(Ptr textPtr, SInt16 len, ScriptCode script);
+void StripDiacritics(Ptr textPtr, SInt16 len, ScriptCode script);
+void UppercaseStripDiacritics(Ptr textPtr, SInt16 len, ScriptCode script);
+
+PLATFORM_DECLARATIONS_END
 
 #endif
