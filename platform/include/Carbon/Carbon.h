@@ -30,6 +30,7 @@
 #include <Carbon/Quickdraw.h>
 #include <Carbon/Resources.h>
 #include <Carbon/StringCompare.h>
+#include <Carbon/TextCommon.h>
 #include <Carbon/TextUtils.h>
 #include <Carbon/UTCUtils.h>
 
