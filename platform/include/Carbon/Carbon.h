@@ -11,6 +11,7 @@
 #include <Carbon/AEObjects.h>
 #include <Carbon/AEPackObject.h>
 #include <Carbon/AERegistry.h>
+#include <Carbon/Aliases.h>
 #include <Carbon/AppleEvents.h>
 #include <Carbon/CarbonEvents.h>
 #include <Carbon/Dialogs.h>
