@@ -1,0 +1,132 @@
+// vantor: drives the recorder from the command line. Declares the words; what they do is in
+// commands/.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <functional>
+
+#include "Failure.h"
+#include "Interrupt.h"
+#include "Json.h"
+#include "commands/Commands.h"
+
+namespace cli {
+namespace {
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  vantor burn ~/photos --to photos.iso          folder to a verified disc image\n"
+    "  vantor burn a.txt b.txt --to /dev/sr0         files to a disc in a burner\n"
+    "  vantor burn ~/music --kind hybrid --simulate  try everything, leave nothing\n"
+    "  vantor drives                                 where discs can be written\n"
+    "  vantor status --json                          what the recorder is doing\n"
+    "\n"
+    "Exit status:\n"
+    "  0 done            3 no recorder that can be driven\n"
+    "  1 failed          4 a source cannot be read or placed\n"
+    "  2 bad usage       5 written, but not verified good\n"
+    "                  130 interrupted; a burn is cancelled and leaves no file\n";
+
+struct CommandLine {
+    BurnRequest burn;
+    std::string mode, onOff;
+    bool json = false;
+    std::function<void()> run;
+};
+
+void AddJsonFlag(CLI::App* ioCommand, bool& outJson) {
+    ioCommand->add_flag("--json", outJson, "Print JSON, one object a line");
+}
+
+void AddBurn(CLI::App& ioApp, CommandLine& ioLine) {
+    BurnRequest& burn = ioLine.burn;
+    CLI::App* command =
+        ioApp.add_subcommand("burn", "Write files and folders to a disc or an image");
+    command->add_option("FILE", burn.files, "Files and folders; a folder is written with its name")
+        ->required();
+    command->add_option("--to", burn.target, "Image file to make, or a device such as /dev/sr0")
+        ->type_name("IMAGE|DEVICE");
+    command->add_option("--name", burn.volumeName, "Name of the volume")->type_name("VOLUME");
+    command
+        ->add_option("--kind", burn.kind,
+                     "data (ISO 9660, Rock Ridge, Joliet) or hybrid (and HFS+)")
+        ->check(CLI::IsMember({"data", "hybrid"}))
+        ->type_name("data|hybrid");
+    command->add_flag("--simulate", burn.simulate, "Do everything but write");
+    command->add_flag("--verify,!--no-verify", burn.verify, "Read the disc back (default)");
+    command->add_flag("--eject,!--no-eject", burn.eject, "Eject afterwards (default for a device)");
+    command->add_flag("--replace", burn.replace, "Overwrite an existing image file");
+    AddJsonFlag(command, burn.json);
+    command->callback([&ioLine] { ioLine.run = [&ioLine] { Burn(ioLine.burn); }; });
+}
+
+void AddSimple(CLI::App& ioApp, CommandLine& ioLine, const char* inWord, const char* inHelp,
+               void (*inRun)(bool)) {
+    CLI::App* command = ioApp.add_subcommand(inWord, inHelp);
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine, inRun] { ioLine.run = [&ioLine, inRun] { inRun(ioLine.json); }; });
+}
+
+void AddMode(CLI::App& ioApp, CommandLine& ioLine) {
+    CLI::App* command = ioApp.add_subcommand("mode", "Tell or set a mode of the recorder");
+    command->add_option("MODE", ioLine.mode, "server or simulation")
+        ->required()
+        ->check(CLI::IsMember({"server", "simulation"}));
+    command->add_option("STATE", ioLine.onOff, "on or off; left out: only tell")
+        ->check(CLI::IsMember({"on", "off"}));
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine] {
+        ioLine.run = [&ioLine] {
+            const std::optional<bool> on =
+                ioLine.onOff.empty() ? std::nullopt : std::optional(ioLine.onOff == "on");
+            ShowOrSetMode(ioLine.mode == "server" ? Mode::kServer : Mode::kSimulation, on,
+                          ioLine.json);
+        };
+    });
+}
+
+void Declare(CLI::App& ioApp, CommandLine& ioLine) {
+    ioApp.require_subcommand(1);
+    ioApp.footer(kFooter);
+    AddBurn(ioApp, ioLine);
+    AddSimple(ioApp, ioLine, "status", "Tell what the recorder is doing", ShowStatus);
+    AddSimple(ioApp, ioLine, "media", "Tell which disc is in the chosen drive", ShowMedia);
+    AddSimple(ioApp, ioLine, "blank", "Ask for a blank disc", RequestBlank);
+    AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
+    AddMode(ioApp, ioLine);
+    AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
+    AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
+}
+
+int Report(const Failure& inFailure, bool inJson) {
+    if (inJson)
+        PrintJson({{"event", "error"}, {"code", inFailure.Code()}, {"error", inFailure.what()}});
+    else
+        std::fprintf(stderr, "vantor: %s [%d]\n", inFailure.what(), inFailure.Code());
+    return inFailure.Exit();
+}
+
+int Main(int inCount, char** inWords) {
+    CLI::App app("Burns files to discs and disc images through the recording application.",
+                 "vantor");
+    CommandLine line;
+    Declare(app, line);
+    try {
+        app.parse(inCount, inWords);
+        WatchForInterrupt();
+        line.run();
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kSuccess : kBadUsage;
+    } catch (const Failure& failure) {
+        return Report(failure, line.json || line.burn.json);
+    } catch (const std::exception& error) {
+        return Report(Failure(error.what(), -11000), line.json || line.burn.json);
+    }
+    return kSuccess;
+}
+
+}  // namespace
+}  // namespace cli
+
+int main(int inCount, char** inWords) {
+    return cli::Main(inCount, inWords);
+}
