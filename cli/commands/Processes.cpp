@@ -4,7 +4,6 @@
 #include "Commands.h"
 #include "Json.h"
 #include "Output.h"
-#include "vantor/process/SProcessInfo.h"
 #include "vantor/process/UProcess.h"
 
 namespace cli {
