@@ -1,0 +1,57 @@
+// What programs that embed or test the platform may change about it. Nothing here was ever part of
+// Carbon; applications and libraries that run on the platform have no business with it.
+#ifndef PLATFORM_PLATFORM_H
+#define PLATFORM_PLATFORM_H
+
+#include <Carbon/MacTypes.h>
+
+PLATFORM_DECLARATIONS_BEGIN
+
+// --- Debugger, alerts and the end of the program ---
+// Each hook gets the context it was set with, on the thread that made the call, and stays until
+// another one or null (the platform's own behaviour) takes its place. The hooks may be called from
+// several threads at once; texts are the platform's and only good during the call.
+
+// Receives, a piece at a time, what would go to standard error: texts for the debugger, unanswered
+// alerts, notifications. UTF-8, with its line end.
+typedef void (*PlatformTextSink)(const char* text, void* context);
+void PlatformSetTextSink(PlatformTextSink sink, void* context);
+
+// Called by DebugStr with its text, by Debugger with an empty one. Without a hook the text goes to
+// the text sink and the program goes on.
+typedef void (*PlatformDebuggerHook)(ConstStr255Param text, void* context);
+void PlatformSetDebuggerHook(PlatformDebuggerHook hook, void* context);
+
+enum {
+    kPlatformPlainAlert = 0,
+    kPlatformStopAlert = 1,
+    kPlatformNoteAlert = 2,
+    kPlatformCautionAlert = 3
+};
+
+// An alert about to be shown.
+typedef struct PlatformAlert {
+    SInt16 alertID;
+    SInt16 kind;
+    ConstStringPtr params[4];  // what ^0 to ^3 stand for, never null
+    const char* text;          // the whole text with these put in, UTF-8
+} PlatformAlert;
+
+// Answers an alert: its result is that of Alert, StopAlert and the others.
+typedef SInt16 (*PlatformAlertHook)(const PlatformAlert* alert, void* context);
+void PlatformSetAlertHook(PlatformAlertHook hook, void* context);
+
+// Called by ExitToShell in place of leaving the program. If it returns, so does ExitToShell.
+typedef void (*PlatformExitHook)(void* context);
+void PlatformSetExitHook(PlatformExitHook hook, void* context);
+
+// --- Memory ---
+
+// How many handles, and how many fixed blocks, are live now. A test that finds more of them
+// afterwards than before has found a leak.
+UInt32 PlatformCountHandles(void);
+UInt32 PlatformCountPointers(void);
+
+PLATFORM_DECLARATIONS_END
+
+#endif
