@@ -136,7 +136,8 @@ typedef ProcessSerialNumber* ProcessSerialNumberPtr;
 
 PLATFORM_DECLARATIONS_BEGIN
 
-// Stops in the debugger. Without one, a line goes to standard error and the program goes on.
+// Enters the debugger that the program set (see Platform/Platform.h). Without one, a line goes to
+// standard error and the program goes on.
 void Debugger(void);
 
 // The same with a text. A null text counts as an empty one.

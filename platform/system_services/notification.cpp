@@ -1,0 +1,85 @@
+// Owns the queue of notifications.
+#include <Carbon/MacErrors.h>
+#include <Carbon/Notification.h>
+
+#include "system_services/hooks.h"
+#include "system_services/pascal_text.h"
+
+namespace carbon {
+namespace {
+
+constinit std::mutex gQueueMutex;
+constinit QElemPtr gQueue = nullptr;
+
+QElemPtr ElementOf(NMRecPtr inRequest) {
+    return reinterpret_cast<QElemPtr>(inRequest);
+}
+
+bool RemovesItself(NMRecPtr inRequest) {
+    return reinterpret_cast<intptr_t>(inRequest->nmResp) == -1;
+}
+
+OSErr Check(NMRecPtr inRequest) {
+    if (!inRequest) return paramErr;
+    return inRequest->qType == nmType ? OSErr(noErr) : OSErr(nmTypErr);
+}
+
+// Where the queue points to the request, or its end.
+QElemPtr* Find(NMRecPtr inRequest) {
+    QElemPtr* link = &gQueue;
+    while (*link && *link != ElementOf(inRequest)) link = &(*link)->qLink;
+    return link;
+}
+
+bool Enqueue(NMRecPtr inRequest) {
+    const std::lock_guard lock(gQueueMutex);
+    QElemPtr* const link = Find(inRequest);
+    if (*link) return false;
+    inRequest->qLink = nullptr;
+    *link = ElementOf(inRequest);
+    return true;
+}
+
+OSErr Dequeue(NMRecPtr inRequest) {
+    const std::lock_guard lock(gQueueMutex);
+    QElemPtr* const link = Find(inRequest);
+    if (!*link) return qErr;
+    *link = inRequest->qLink;
+    inRequest->qLink = nullptr;
+    return noErr;
+}
+
+// Linux: shown and answered at once, since no program in front has to give way first.
+void Show(NMRecPtr inRequest) {
+    if (inRequest->nmStr) WriteText(Utf8FromPascal(inRequest->nmStr) + '\n');
+    if (RemovesItself(inRequest))
+        Dequeue(inRequest);
+    else if (inRequest->nmResp)
+        inRequest->nmResp(inRequest);
+}
+
+}  // namespace
+}  // namespace carbon
+
+using namespace carbon;
+
+NMUPP NewNMUPP(NMProcPtr userRoutine) {
+    return userRoutine;
+}
+
+void DisposeNMUPP(NMUPP) {}
+
+void InvokeNMUPP(NMRecPtr nmReqPtr, NMUPP userUPP) {
+    userUPP(nmReqPtr);
+}
+
+OSErr NMInstall(NMRecPtr nmReqPtr) {
+    if (const OSErr err = Check(nmReqPtr)) return err;
+    if (Enqueue(nmReqPtr)) Show(nmReqPtr);
+    return noErr;
+}
+
+OSErr NMRemove(NMRecPtr nmReqPtr) {
+    if (const OSErr err = Check(nmReqPtr)) return err;
+    return Dequeue(nmReqPtr);
+}
