@@ -47,9 +47,6 @@ std::optional<ProcessEntry> FindProcessBySignature(OSType inSignature);
 // The first in launch order after inPsn; {0, 0} starts.
 std::optional<ProcessEntry> NextProcess(const ProcessSerialNumber& inPsn);
 
-// Announces that the caller's socket accepts connections.
-void MarkSocketReady();
-
 // What is too long for the entry itself. Empty when the process has ended.
 std::string ExecutablePath(const ProcessSerialNumber& inPsn);
 std::string BundlePath(const ProcessSerialNumber& inPsn);  // empty without a bundle

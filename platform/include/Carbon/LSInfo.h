@@ -13,8 +13,6 @@
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFURL.h>
 
-typedef const struct __CFURL* CFURLRef;
-
 enum {
     kLSAppInTrashErr = -10660,
     kLSExecutableIncorrectFormat = -10661,  // the program is not for this system

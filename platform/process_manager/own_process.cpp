@@ -1,0 +1,199 @@
+// Owns the registration of the calling process, from its first call to its end.
+#include "process_manager/own_process.h"
+
+#include <Carbon/MacErrors.h>
+#include <Carbon/Processes.h>
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <mutex>
+
+#include "apple_event_manager/transport.h"
+#include "file_manager/catalog.h"
+#include "posix/proc_stat.h"
+#include "posix/runtime_folder.h"
+#include "process_manager/front.h"
+#include "process_manager/identity.h"
+#include "process_manager/process_table.h"
+#include "process_manager/slots.h"
+
+namespace carbon {
+namespace {
+
+// What the table holds of the caller, kept to be written again into a new table.
+struct Own {
+    std::atomic<bool> checkedIn = false;
+    bool forked = false;  // a child of a registered process: not a program started by the user
+    TableFile* table = nullptr;
+    Slot* slot = nullptr;
+    ProcessEntry entry = {};
+    LongFacts longFacts = {};
+};
+
+std::mutex sLock;
+Own sOwn;
+
+void CopyText(const std::string& inText, char* outText, std::size_t inRoom) {
+    std::snprintf(outText, inRoom, "%s", inText.c_str());
+}
+
+void LeaveTable() {
+    const std::lock_guard guard(sLock);
+    if (!sOwn.checkedIn) return;
+    StopListening();
+    // The thread that holds the slot may be another one; the kernel lets go of it with the process.
+    if (sOwn.table->IsCurrent()) Withdraw(*sOwn.slot);
+    sOwn.checkedIn = false;
+}
+
+// A child has the table mapped but is not in it; its parent's entry is not its own.
+void BeginAnewInChild() {
+    sOwn.forked = sOwn.forked || sOwn.checkedIn;
+    sOwn.checkedIn = false;
+    sOwn.slot = nullptr;
+    sOwn.entry = {};
+    sLock.unlock();
+}
+
+void InstallEndings() {
+    static const bool sInstalled = [] {
+        pthread_atfork([] { sLock.lock(); }, [] { sLock.unlock(); }, BeginAnewInChild);
+        return std::atexit(LeaveTable) == 0;
+    }();
+    static_cast<void>(sInstalled);
+}
+
+void DescribeOwn(UInt32 inNumber) {
+    const Program program = OwnProgram();
+    ProcessEntry& entry = sOwn.entry;
+    entry = {};
+    entry.psn = {0, inNumber};
+    entry.pid = getpid();
+    entry.type = program.type;
+    entry.signature = program.signature;
+    entry.mode = program.mode;
+    entry.launchTicks = TicksFromStartTime(ProcessStartTime(getpid()));
+    ShortName(program.fullName, entry.name);
+    // A state folder that cannot be written leaves the spec empty; the process is one all the same.
+    if (SpecFromPath(program.executable, &entry.application) != noErr) entry.application = {};
+    CopyText(program.executable, sOwn.longFacts.executable, sizeof sOwn.longFacts.executable);
+    CopyText(program.bundle, sOwn.longFacts.bundle, sizeof sOwn.longFacts.bundle);
+    CopyText(program.fullName, sOwn.longFacts.fullName, sizeof sOwn.longFacts.fullName);
+}
+
+// The launcher knows better than the program file what was launched.
+void AdoptReservation(TableFile& ioTable, Slot& ioSlot) {
+    sOwn.entry = *ReadSlot(ioSlot, ioSlot.number);
+    sOwn.entry.starting = false;
+    sOwn.longFacts = LongFactsOf(ioTable, ioSlot);
+}
+
+OSErr EnterTable(TableFile& ioTable) {
+    Slot* slot = ClaimReservedSlot(ioTable);
+    const bool reserved = slot != nullptr;
+    if (!reserved) slot = ClaimSlot(ioTable);
+    if (slot == nullptr) return memFullErr;
+    if (reserved)
+        AdoptReservation(ioTable, *slot);
+    else
+        DescribeOwn(NewNumber(ioTable));
+    const OSErr err = StartListening(SocketPathOf(sOwn.entry.psn.lowLongOfPSN));
+    if (err != noErr) {
+        if (reserved) Withdraw(*slot);
+        LetGo(*slot);
+        return err;
+    }
+    sOwn.slot = slot;
+    if (reserved) {
+        slot->state = SlotState::kRunning;
+        return noErr;
+    }
+    LongFactsOf(ioTable, *slot) = sOwn.longFacts;
+    Publish(ioTable, *slot, sOwn.entry, SlotState::kRunning);
+    if (!sOwn.forked && !sOwn.entry.IsBackgroundOnly()) CountAsFronted(ioTable, *slot);
+    return noErr;
+}
+
+// The new table knows nobody yet. The number stays: others hold it, and the socket is named after
+// it.
+OSErr MoveToNewTable() {
+    TableFile* table = nullptr;
+    const OSErr err = TableFile::Open(&table);
+    if (err != noErr) return err;
+    Slot* const slot = ClaimSlot(*table);
+    if (slot == nullptr) return memFullErr;
+    sOwn.table->Detach();
+    sOwn.table = table;
+    sOwn.slot = slot;
+    LongFactsOf(*table, *slot) = sOwn.longFacts;
+    Publish(*table, *slot, sOwn.entry, SlotState::kRunning);
+    if (!sOwn.entry.IsBackgroundOnly()) CountAsFronted(*table, *slot);
+    return noErr;
+}
+
+OSErr RenewTable() {
+    const std::lock_guard guard(sLock);
+    if (sOwn.table->IsCurrent() || sOwn.table->Reopen()) return noErr;
+    return MoveToNewTable();
+}
+
+OSErr CheckInLocked() {
+    if (sOwn.checkedIn) return noErr;
+    InstallEndings();
+    if (sOwn.table == nullptr || !sOwn.table->IsCurrent()) {
+        const OSErr err = TableFile::Open(&sOwn.table);
+        if (err != noErr) return err;
+    }
+    const OSErr err = EnterTable(*sOwn.table);
+    if (err == noErr) sOwn.checkedIn = true;
+    return err;
+}
+
+}  // namespace
+
+OSErr CheckIn() {
+    if (sOwn.checkedIn) return noErr;
+    const std::lock_guard guard(sLock);
+    const OSErr err = CheckInLocked();
+    if (err == noErr && !sOwn.entry.socketReady) {
+        sOwn.entry.socketReady = true;
+        sOwn.slot->socketReady = 1;
+    }
+    return err;
+}
+
+OSErr CurrentTable(TableFile** outTable) {
+    const OSErr err = CheckIn();
+    if (err != noErr) return err;
+    const OSErr renewed = sOwn.table->IsCurrent() ? OSErr(noErr) : RenewTable();
+    if (renewed == noErr) *outTable = sOwn.table;
+    return renewed;
+}
+
+const ProcessEntry& CurrentProcess() {
+    static const ProcessEntry sNobody = {};
+    return CheckIn() == noErr ? sOwn.entry : sNobody;
+}
+
+bool IsOwnNumber(UInt32 inNumber) {
+    return sOwn.checkedIn && sOwn.entry.psn.lowLongOfPSN == inNumber;
+}
+
+UInt32 NumberFromPsn(const ProcessSerialNumber& inPsn) {
+    if (inPsn.highLongOfPSN != 0) return 0;
+    if (inPsn.lowLongOfPSN == kCurrentProcess) return sOwn.entry.psn.lowLongOfPSN;
+    return inPsn.lowLongOfPSN < kFirstNumber ? 0 : inPsn.lowLongOfPSN;
+}
+
+std::string SocketPathOf(UInt32 inNumber) {
+    std::string folder;
+    char name[16];
+    std::snprintf(name, sizeof name, "/%x.sock", inNumber);
+    return RuntimeFolder(&folder) == noErr ? folder + name : std::string();
+}
+
+}  // namespace carbon
