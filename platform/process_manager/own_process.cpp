@@ -121,14 +121,16 @@ OSErr EnterTable(TableFile& ioTable) {
 // The new table knows nobody yet. The number stays: others hold it, and the socket is named after
 // it.
 OSErr MoveToNewTable() {
-    TableFile* table = nullptr;
+    // Taking a slot links it with the one this thread holds: that must be safe to touch first.
+    sOwn.table->Detach();
+    TableFile* table = sOwn.table;
     const OSErr err = TableFile::Open(&table);
     if (err != noErr) return err;
     Slot* const slot = ClaimSlot(*table);
     if (slot == nullptr) return memFullErr;
-    sOwn.table->Detach();
     sOwn.table = table;
     sOwn.slot = slot;
+    CountAsGivenOut(*table, sOwn.entry.psn.lowLongOfPSN);
     LongFactsOf(*table, *slot) = sOwn.longFacts;
     Publish(*table, *slot, sOwn.entry, SlotState::kRunning);
     if (!sOwn.entry.IsBackgroundOnly()) CountAsFronted(*table, *slot);

@@ -58,11 +58,14 @@ Slot* FindSlot(TableFile& ioTable, Test inTest) {
     return found == end ? nullptr : found;
 }
 
-void CountAsUsed(TableFile& ioTable, const Slot& inSlot) {
-    const UInt32 needed = UInt32(&inSlot - ioTable->slots) + 1;
-    UInt32 used = ioTable->header.slotsUsed;
-    while (used < needed && !ioTable->header.slotsUsed.compare_exchange_weak(used, needed)) {
+void RaiseTo(std::atomic<UInt32>& ioValue, UInt32 inLeast) {
+    UInt32 value = ioValue;
+    while (value < inLeast && !ioValue.compare_exchange_weak(value, inLeast)) {
     }
+}
+
+void CountAsUsed(TableFile& ioTable, const Slot& inSlot) {
+    RaiseTo(ioTable->header.slotsUsed, UInt32(&inSlot - ioTable->slots) + 1);
 }
 
 Slot* ClaimUnusedSlot(TableFile& ioTable) {
@@ -103,6 +106,10 @@ Slot* ClaimReservedSlot(TableFile& ioTable) {
 
 UInt32 NewNumber(TableFile& ioTable) {
     return ioTable->header.nextNumber.fetch_add(1);
+}
+
+void CountAsGivenOut(TableFile& ioTable, UInt32 inNumber) {
+    RaiseTo(ioTable->header.nextNumber, inNumber + 1);
 }
 
 void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry, SlotState inState) {

@@ -18,6 +18,9 @@ Slot* ClaimReservedSlot(TableFile& ioTable);
 // A number that no process has had.
 UInt32 NewNumber(TableFile& ioTable);
 
+// Keeps a number that comes from an earlier table from being given out again.
+void CountAsGivenOut(TableFile& ioTable, UInt32 inNumber);
+
 // Writes an entry into a slot that this thread holds. The number is written last and makes the
 // entry visible; it is inEntry.psn's.
 void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry, SlotState inState);

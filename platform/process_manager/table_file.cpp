@@ -154,7 +154,7 @@ TableFile::TableFile(const std::string& inPath, UniqueFd inFile, TableLayout* in
     mInode = facts.st_ino;
 }
 
-OSErr TableFile::Open(TableFile** outTable) {
+OSErr TableFile::Open(TableFile** ioTable) {
     std::string folder;
     const OSErr err = RuntimeFolder(&folder);
     if (err != noErr) return err;
@@ -172,7 +172,9 @@ OSErr TableFile::Open(TableFile** outTable) {
         }
     }
     if (layout == nullptr) return ioErr;
-    *outTable = new TableFile(path, std::move(file), layout);
+    auto* const table = new TableFile(path, std::move(file), layout);
+    table->mOlder = *ioTable;
+    *ioTable = table;
     return noErr;
 }
 

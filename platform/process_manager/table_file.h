@@ -79,8 +79,9 @@ struct TableLayout {
 class TableFile {
   public:
     // Opens the user's table, making it when there is none and setting a damaged one aside.
+    // ioTable is the one used so far, or null; other threads may still read it, so it stays.
     // permErr, ioErr and the codes of RuntimeFolder.
-    static OSErr Open(TableFile** outTable);
+    static OSErr Open(TableFile** ioTable);
 
     TableFile(const TableFile&) = delete;
     TableFile& operator=(const TableFile&) = delete;
@@ -107,6 +108,7 @@ class TableFile {
     dev_t mDevice;
     ino_t mInode;
     TableLayout* mLayout;
+    const TableFile* mOlder = nullptr;
 };
 
 }  // namespace carbon
