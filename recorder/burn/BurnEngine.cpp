@@ -1,0 +1,229 @@
+// Owns the engine's thread and its queue.
+#include "burn/BurnEngine.h"
+
+#include <algorithm>
+#include <csignal>
+#include <future>
+#include <limits>
+
+#include "burn/ImageDrive.h"
+#include "burn/SourceTree.h"
+#include "burn/WorkFile.h"
+#include "burn/libraries.h"
+
+namespace recorder {
+namespace {
+
+std::string Ended(const BurnRequest& inRequest, const BurnResult& inResult) {
+    if (inRequest.goal.simulate) return "Simulated: everything could be read, nothing was written.";
+    std::string text = inResult.path.empty() ? "The disc is written" : "Done: " + LeafName(inResult.path) + " is written";
+    return text + (inResult.verified ? " and verified." : ".");
+}
+
+}  // namespace
+
+BurnEngine::BurnEngine(DriveSource& inDrives) : mDrives(inDrives) {
+    std::signal(SIGXFSZ, SIG_IGN);  // a limit on file sizes is an error of the write, not of the process
+    WorkFile::RemoveLeftovers();
+    std::promise<void> started;
+    mThread = std::thread([&] {
+        try {
+            StartLibraries();
+            started.set_value();
+        } catch (...) {
+            return started.set_exception(std::current_exception());
+        }
+        Loop();
+        FinishLibraries();
+    });
+    try {
+        started.get_future().get();
+    } catch (...) {
+        mThread.join();
+        throw;
+    }
+}
+
+BurnEngine::~BurnEngine() {
+    {
+        const std::lock_guard lock(mMutex);
+        mQuit = true;
+        mStop = true;
+    }
+    mWake.notify_all();
+    mThread.join();
+}
+
+void BurnEngine::Loop() {
+    for (;;) {
+        Task task;
+        {
+            std::unique_lock lock(mMutex);
+            mWake.wait(lock, [&] { return mQuit || !mTasks.empty(); });
+            if (mQuit) return;
+            task = std::move(mTasks.front());
+            mTasks.pop_front();
+        }
+        task();
+    }
+}
+
+void BurnEngine::Post(Task inTask) {
+    {
+        const std::lock_guard lock(mMutex);
+        mTasks.push_back(std::move(inTask));
+    }
+    mWake.notify_all();
+}
+
+void BurnEngine::RunNow(const Task& inTask) {
+    if (Busy()) throw BurnFailure(fBsyErr, "The drive is busy with a disc.");
+    std::promise<void> done;
+    Post([&] {
+        try {
+            inTask();
+            done.set_value();
+        } catch (...) {
+            done.set_exception(std::current_exception());
+        }
+    });
+    done.get_future().get();
+}
+
+bool BurnEngine::Busy() const {
+    const std::lock_guard lock(mMutex);
+    return mBusy;
+}
+
+void BurnEngine::BeginJob() {
+    const std::lock_guard lock(mMutex);
+    if (mBusy) throw BurnFailure(fBsyErr, "Another disc is being written.");
+    mBusy = true;
+    mStop = false;
+    mResult = {};
+    mProgress.Begin();
+}
+
+void BurnEngine::End() {
+    std::function<void()> tell;
+    {
+        const std::lock_guard lock(mMutex);
+        tell = mEndProc;
+    }
+    if (tell) tell();
+}
+
+void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
+    Phase phase = Phase::Done;
+    SInt32 code = noErr;
+    std::string text;
+    try {
+        text = inWork();
+    } catch (const BurnFailure& failure) {
+        code = mStop.load() ? SInt32(userCanceledErr) : failure.Code();  // what breaks during a stop is its consequence
+        phase = code == userCanceledErr ? Phase::Cancelled : Phase::Failed;
+        text = code == userCanceledErr ? "Cancelled." : failure.what();
+    } catch (const std::bad_alloc&) {
+        phase = Phase::Failed;
+        code = memFullErr;
+        text = "There is not enough memory.";
+    } catch (const std::exception& exception) {
+        phase = Phase::Failed;
+        code = ioErr;
+        text = exception.what();
+    }
+    {
+        const std::lock_guard lock(mMutex);
+        mBusy = false;
+        mProgress.End(phase, code, text);
+    }
+    End();
+}
+
+std::string BurnEngine::Work(const BurnRequest& inRequest) {
+    const auto drive = mDrives.Open(inRequest.driveId);
+    const JobContext context{mProgress, mStop};
+    const auto keep = [&](const BurnResult& result) {
+        const std::lock_guard lock(mMutex);
+        mResult = result;
+    };
+    BurnJob job(*drive, inRequest, context, keep);
+    const BurnResult result = job.Run();
+    keep(result);
+    return Ended(inRequest, result);
+}
+
+void BurnEngine::Start(const BurnRequest& inRequest) {
+    BeginJob();
+    Post([this, inRequest] { RunJob([&] { return Work(inRequest); }); });
+}
+
+void BurnEngine::RequestBlankDisc(const std::string& inDriveId, int inSeconds) {
+    BeginJob();
+    Post([=, this] {
+        RunJob([&]() -> std::string {
+            const JobContext context{mProgress, mStop};
+            WaitForBlankDisc(*mDrives.Open(inDriveId), context, inSeconds);
+            return "A blank disc is in the drive.";
+        });
+    });
+}
+
+void BurnEngine::Cancel() {
+    const std::lock_guard lock(mMutex);
+    if (mBusy) mStop = true;
+}
+
+void BurnEngine::Measure(const std::vector<std::string>& inPaths) {
+    {
+        const std::lock_guard lock(mMutex);
+        ++mMeasurements;
+    }
+    Post([this, inPaths] {
+        UInt64 bytes = 0;
+        try {
+            bytes = WalkSources(inPaths, false, [this](size_t, const std::string&) { return !mQuit.load(); })
+                        .contentBytes;
+        } catch (const BurnFailure&) {
+            bytes = 0;  // what is wrong with the items is said when they are written
+        }
+        {
+            const std::lock_guard lock(mMutex);
+            mContentKiB = SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
+            --mMeasurements;
+        }
+        End();
+    });
+}
+
+void BurnEngine::Forget() {
+    const std::lock_guard lock(mMutex);
+    if (mBusy) return;
+    mProgress.Reset();
+    mResult = {};
+}
+
+BurnEngine::Snapshot BurnEngine::Take() const {
+    const std::lock_guard lock(mMutex);
+    return {mProgress.Snapshot(), mResult, mContentKiB, mMeasurements > 0};
+}
+
+DriveInfo BurnEngine::Probe(const std::string& inDriveId) {
+    const std::shared_ptr<Drive> drive = mDrives.Open(inDriveId);
+    if (dynamic_cast<ImageDrive*>(drive.get()) != nullptr) return drive->Probe();  // a look into a folder
+    DriveInfo info;
+    RunNow([&] { info = drive->Probe(); });
+    return info;
+}
+
+void BurnEngine::Eject(const std::string& inDriveId) {
+    const std::shared_ptr<Drive> drive = mDrives.Open(inDriveId);
+    RunNow([&] { drive->Eject(); });
+}
+
+void BurnEngine::SetEndProc(std::function<void()> inProc) {
+    const std::lock_guard lock(mMutex);
+    mEndProc = std::move(inProc);
+}
+
+}  // namespace recorder

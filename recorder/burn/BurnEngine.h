@@ -1,0 +1,84 @@
+// The engine: one thread that owns libburn, libisofs and the drives, and works on one job at a time. Any thread may call it; no
+// call waits for the thread, except where said.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "burn/BurnJob.h"
+#include "burn/DriveShelf.h"
+#include "burn/JobProgress.h"
+
+namespace recorder {
+
+class BurnEngine {
+  public:
+    struct Snapshot {
+        ProgressSnapshot progress;
+        BurnResult result;     // of the running or the last job
+        SInt32 contentKiB = 0; // of what was last measured
+        bool measuring = false;
+    };
+
+    // Removes what an earlier process left unfinished. Throws when the disc libraries cannot be started.
+    explicit BurnEngine(DriveSource& inDrives);
+    // Cancels what runs and waits for its end.
+    ~BurnEngine();
+    BurnEngine(const BurnEngine&) = delete;
+    BurnEngine& operator=(const BurnEngine&) = delete;
+
+    // fBsyErr while something runs.
+    void Start(const BurnRequest& inRequest);
+    // Has a blank disc put into the drive: a job of its own, which ends as soon as there is one.
+    void RequestBlankDisc(const std::string& inDriveId, int inSeconds);
+    // Ends the running job within two seconds. Nothing happens when there is none.
+    void Cancel();
+    // The size of these items, in the background.
+    void Measure(const std::vector<std::string>& inPaths);
+    // Forgets how the last job ended. Nothing happens while one runs.
+    void Forget();
+
+    bool Busy() const;
+    ProgressSnapshot Progress() const { return mProgress.Snapshot(); }
+    Snapshot Take() const;
+    // Waits for the engine: fBsyErr while a job runs in a burner that only the engine may ask. nsDrvErr without such a drive.
+    DriveInfo Probe(const std::string& inDriveId);
+    void Eject(const std::string& inDriveId);
+    std::vector<std::string> DriveIdentifiers() { return mDrives.Identifiers(); }
+
+    // Called on the engine's thread whenever a job, a request or a measurement has ended.
+    void SetEndProc(std::function<void()> inProc);
+
+  private:
+    using Task = std::function<void()>;
+
+    void Loop();
+    void Post(Task inTask);
+    void RunNow(const Task& inTask);  // on the engine's thread, while it is idle; waits
+    void BeginJob();
+    void RunJob(const std::function<std::string()>& inWork);
+    void End();
+    std::string Work(const BurnRequest& inRequest);
+
+    DriveSource& mDrives;
+    JobProgress mProgress;
+    std::atomic<bool> mStop = false, mQuit = false;
+    mutable std::mutex mMutex;
+    std::condition_variable mWake;
+    std::deque<Task> mTasks;
+    bool mBusy = false;
+    BurnResult mResult;
+    SInt32 mContentKiB = 0;
+    unsigned mMeasurements = 0;  // ordered and not yet done
+    std::function<void()> mEndProc;
+    std::thread mThread;  // last: it uses all of the above
+};
+
+}  // namespace recorder

@@ -1,0 +1,120 @@
+// Owns the writing of image files. libburn could write them too; doing it here gives the true errno of every write, ends at once
+// when cancelled, and leaves holes where a source is empty.
+#include "burn/ImageRecording.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <vector>
+
+namespace recorder {
+namespace {
+
+constexpr UInt64 kPushWindow = 16 * 1024 * 1024;
+
+bool IsAllZero(const UInt8* inData, size_t inSize) {
+    return inData[0] == 0 && std::memcmp(inData, inData + 1, inSize - 1) == 0;
+}
+
+void CheckCapacity(UInt64 inBytes, UInt64 inCapacity) {
+    if (inCapacity != 0 && inBytes > inCapacity)
+        throw BurnFailure(dskFulErr, "The disc holds " + std::to_string(inCapacity / 1'000'000) + " MB, " +
+                                         std::to_string(inBytes / 1'000'000) + " MB are needed.");
+}
+
+}  // namespace
+
+ImageRecording::ImageRecording(const Places& inPlaces, bool inReplace, UInt64 inCapacity)
+    : mPlaces(inPlaces), mCapacity(inCapacity), mFile(inPlaces.goal, inReplace) {}
+
+void ImageRecording::Reserve(UInt64 inBytes) {
+    CheckCapacity(inBytes, mCapacity);
+    mFile.Reserve(inBytes);
+}
+
+void ImageRecording::WriteChunk(const UInt8* inData, size_t inSize, UInt64 inOffset) {
+    if (IsAllZero(inData, inSize)) return;  // the file is as long as the disc already and reads as zeros
+    for (size_t written = 0; written < inSize;) {
+        const ssize_t count = pwrite(mFile.Fd(), inData + written, inSize - written, off_t(inOffset + written));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
+        written += size_t(count);
+    }
+}
+
+// Starts the disk on the window just filled and waits for the one before: what a cancel has to wait for stays small.
+void ImageRecording::PushToDisk(UInt64 inOffset) {
+    if (inOffset % kPushWindow != 0) return;
+    sync_file_range(mFile.Fd(), off_t(inOffset - kPushWindow), off_t(kPushWindow), SYNC_FILE_RANGE_WRITE);
+    if (inOffset > kPushWindow)
+        sync_file_range(mFile.Fd(), off_t(inOffset - 2 * kPushWindow), off_t(kPushWindow),
+                        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+}
+
+void ImageRecording::Write(ImageStream& inStream, const JobContext& inContext) {
+    std::vector<UInt8> chunk(kChunk);
+    const UInt64 size = inStream.Size();
+    for (UInt64 offset = 0; offset < size;) {
+        inContext.CheckStop();
+        const size_t count = size_t(std::min<UInt64>(kChunk, size - offset));
+        inStream.Read(chunk.data(), count);
+        WriteChunk(chunk.data(), count, offset);
+        offset += count;
+        PushToDisk(offset);
+    }
+    inContext.CheckStop();
+    inContext.progress.Doing("forcing the data to the disk");
+    mFile.Sync();
+}
+
+void ImageRecording::PrepareReadBack() {
+    posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_DONTNEED);
+    posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_SEQUENTIAL);
+}
+
+void ImageRecording::ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) {
+    for (size_t done = 0; done < inSize;) {
+        const ssize_t count = pread(mFile.Fd(), outData + done, inSize - done, off_t(inOffset + done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
+        if (count == 0) throw BurnFailure(dataVerErr, mFile.Goal() + ": is shorter than what was written.");
+        done += size_t(count);
+    }
+}
+
+std::string ImageRecording::Finish() {
+    mFile.Deliver();
+    unlink(mPlaces.blank.c_str());
+    return mFile.Goal();
+}
+
+SimulatedRecording::SimulatedRecording(const std::string& inFolder, UInt64 inCapacity)
+    : mFolder(inFolder), mCapacity(inCapacity) {}
+
+void SimulatedRecording::Reserve(UInt64 inBytes) {
+    CheckCapacity(inBytes, mCapacity);
+    CheckCapacity(inBytes, std::max<UInt64>(FreeSpace(mFolder), 1));
+}
+
+void SimulatedRecording::Write(ImageStream& inStream, const JobContext& inContext) {
+    std::vector<UInt8> chunk(kChunk);
+    for (UInt64 left = inStream.Size(); left > 0;) {
+        inContext.CheckStop();
+        const size_t count = size_t(std::min<UInt64>(kChunk, left));
+        inStream.Read(chunk.data(), count);
+        left -= count;
+    }
+}
+
+void SimulatedRecording::PrepareReadBack() {}
+
+void SimulatedRecording::ReadBack(UInt64, UInt8*, size_t) {
+    throw BurnFailure(paramErr, "A simulated disc cannot be read back.");
+}
+
+std::string SimulatedRecording::Finish() { return {}; }
+
+}  // namespace recorder

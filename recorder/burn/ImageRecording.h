@@ -1,0 +1,52 @@
+// Discs that are files, and discs that are only pretended.
+#pragma once
+
+#include <memory>
+
+#include "burn/Drive.h"
+#include "burn/WorkFile.h"
+
+namespace recorder {
+
+class ImageRecording : public Recording {
+  public:
+    struct Places {
+        std::string blank;  // used up when the disc is finished
+        std::string goal;   // where the image goes
+    };
+
+    // inCapacity 0 is unlimited.
+    ImageRecording(const Places& inPlaces, bool inReplace, UInt64 inCapacity);
+
+    void Reserve(UInt64 inBytes) override;
+    void Write(ImageStream& inStream, const JobContext& inContext) override;
+    void PrepareReadBack() override;
+    void ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) override;
+    std::string Finish() override;
+
+  private:
+    void WriteChunk(const UInt8* inData, size_t inSize, UInt64 inOffset);
+    void PushToDisk(UInt64 inOffset);
+
+    Places mPlaces;
+    UInt64 mCapacity;
+    WorkFile mFile;
+};
+
+// Everything but the writing: it reads every source and leaves nothing behind.
+class SimulatedRecording : public Recording {
+  public:
+    SimulatedRecording(const std::string& inFolder, UInt64 inCapacity);
+
+    void Reserve(UInt64 inBytes) override;
+    void Write(ImageStream& inStream, const JobContext& inContext) override;
+    void PrepareReadBack() override;
+    void ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) override;
+    std::string Finish() override;
+
+  private:
+    std::string mFolder;
+    UInt64 mCapacity;
+};
+
+}  // namespace recorder
