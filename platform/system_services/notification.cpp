@@ -24,27 +24,40 @@ OSErr Check(NMRecPtr inRequest) {
     return inRequest->qType == nmType ? OSErr(noErr) : OSErr(nmTypErr);
 }
 
-// Where the queue points to the request, or its end.
-QElemPtr* Find(NMRecPtr inRequest) {
-    QElemPtr* link = &gQueue;
-    while (*link && *link != ElementOf(inRequest)) link = &(*link)->qLink;
-    return link;
+// The queue begins after the null element. Links are read through the records, whose packing may
+// put them at any even address.
+QElemPtr Next(QElemPtr inElement) {
+    return inElement ? inElement->qLink : gQueue;
+}
+
+void SetNext(QElemPtr inElement, QElemPtr inNext) {
+    if (inElement)
+        inElement->qLink = inNext;
+    else
+        gQueue = inNext;
+}
+
+// The element before the request, or the last one if the request is not in the queue.
+QElemPtr FindBefore(NMRecPtr inRequest) {
+    QElemPtr before = nullptr;
+    while (Next(before) && Next(before) != ElementOf(inRequest)) before = Next(before);
+    return before;
 }
 
 bool Enqueue(NMRecPtr inRequest) {
     const std::lock_guard lock(gQueueMutex);
-    QElemPtr* const link = Find(inRequest);
-    if (*link) return false;
+    const QElemPtr before = FindBefore(inRequest);
+    if (Next(before)) return false;
     inRequest->qLink = nullptr;
-    *link = ElementOf(inRequest);
+    SetNext(before, ElementOf(inRequest));
     return true;
 }
 
 OSErr Dequeue(NMRecPtr inRequest) {
     const std::lock_guard lock(gQueueMutex);
-    QElemPtr* const link = Find(inRequest);
-    if (!*link) return qErr;
-    *link = inRequest->qLink;
+    const QElemPtr before = FindBefore(inRequest);
+    if (!Next(before)) return qErr;
+    SetNext(before, inRequest->qLink);
     inRequest->qLink = nullptr;
     return noErr;
 }

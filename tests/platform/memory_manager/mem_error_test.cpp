@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(MemError, IsResetByReadingIt) {
+TEST(MemError, KeepsResettingItselfWhenRead) {
     EXPECT_EQ(GetHandleSize(nullptr), 0);
     EXPECT_EQ(LMGetMemErr(), nilHandleErr);
     EXPECT_EQ(MemError(), nilHandleErr);
