@@ -1,0 +1,19 @@
+// What the event loop does beside waiting: it keeps the event last taken, and quits when told.
+#pragma once
+
+#include <Carbon/AEDataModel.h>
+#include <Carbon/Events.h>
+
+#include <optional>
+
+#include "apple_event_manager/event_queue.h"
+
+namespace carbon {
+
+// The Apple event behind a record that the program took from the queue, once.
+std::optional<QueuedEvent> TakeDelivered(const EventRecord& inRecord);
+
+// 'aevt'/'quit' while RunApplicationEventLoop runs; errAEEventNotHandled for everything else.
+OSErr OfferToBuiltInHandler(const AppleEvent& inEvent);
+
+}  // namespace carbon

@@ -1,0 +1,77 @@
+// Owns the queue of events of this process.
+#include "apple_event_manager/event_queue.h"
+
+#include <Carbon/OSUtils.h>
+
+#include <algorithm>
+#include <bit>
+
+#include "apple_event_manager/internal.h"
+
+namespace carbon {
+
+namespace {
+
+bool IsInMask(const EventRecord& inRecord, EventMask inMask) {
+    const EventMask bit = inRecord.what == kHighLevelEvent ? highLevelEventMask : osMask;
+    return (inMask & bit) != 0;
+}
+
+EventRecord RecordOf(const AppleEvent& inEvent) {
+    EventRecord record = NullEvent();
+    record.what = kHighLevelEvent;
+    record.message = EventAttribute32(inEvent, keyEventClassAttr).value_or(0);
+    record.where = std::bit_cast<Point>(EventAttribute32(inEvent, keyEventIDAttr).value_or(0));
+    return record;
+}
+
+}  // namespace
+
+EventRecord NullEvent() {
+    EventRecord record{};
+    record.when = TickCount();
+    return record;
+}
+
+EventQueue& TheEventQueue() {
+    static EventQueue queue;
+    return queue;
+}
+
+void EventQueue::PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin) {
+    mEvents.push_back({++mLastNumber, RecordOf(inEvent), inEvent, inOrigin});
+}
+
+void EventQueue::PostOSEvent(UInt32 inMessage) {
+    EventRecord record = NullEvent();
+    record.what = osEvt;
+    record.message = inMessage;
+    mEvents.push_back({++mLastNumber, record, {typeNull, nullptr}, {}});
+}
+
+const QueuedEvent* EventQueue::FirstAfter(UInt64 inNumber, EventMask inMask) const {
+    for (const QueuedEvent& event : mEvents)
+        if (event.number > inNumber && IsInMask(event.record, inMask)) return &event;
+    return nullptr;
+}
+
+const QueuedEvent* EventQueue::First(EventMask inMask) const {
+    return FirstAfter(0, inMask);
+}
+
+std::optional<QueuedEvent> EventQueue::Take(UInt64 inNumber) {
+    const auto found = std::find_if(mEvents.begin(), mEvents.end(), [&](const QueuedEvent& event) {
+        return event.number == inNumber;
+    });
+    if (found == mEvents.end()) return {};
+    QueuedEvent event = *found;
+    mEvents.erase(found);
+    return event;
+}
+
+void EventQueue::Clear() {
+    for (QueuedEvent& event : mEvents) AEDisposeDesc(&event.event);
+    mEvents.clear();
+}
+
+}  // namespace carbon

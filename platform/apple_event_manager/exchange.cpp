@@ -1,0 +1,289 @@
+// Owns the opening and closing of connections and the wait for all of them.
+#include "apple_event_manager/exchange.h"
+
+#include <Carbon/MacErrors.h>
+#include <pthread.h>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "apple_event_manager/limits.h"
+#include "posix/local_socket.h"
+#include "posix/os_err.h"
+#include "process_manager/process_table.h"
+
+namespace carbon {
+
+namespace {
+
+constexpr UInt64 kListenerTag = 1;
+constexpr UInt64 kBellTag = 2;
+constexpr size_t kMaximumUnsent = 2 * size_t{kMaximumMessageSize};
+constexpr int kPacketsAtATime = 64;
+
+Exchange* NewExchange() {
+    auto* exchange = new Exchange;
+    pthread_atfork(nullptr, nullptr, [] { TheExchange().BecomeChild(); });
+    return exchange;
+}
+
+}  // namespace
+
+Exchange& TheExchange() {
+    static Exchange* exchange = NewExchange();
+    return *exchange;
+}
+
+void Exchange::BecomeChild() {
+    for (auto& [id, connection] : mConnections) connection->BreakWaiters();
+    mConnections.clear();
+    mByPeer.clear();
+    mUnwatched.clear();
+    // Another thread of the parent may have been at it just then, so it is left behind as it is.
+    static_cast<void>(mBoard.release());
+    mBoard = std::make_unique<Board>();
+    mListener.Reset();
+    mEpoll.Reset();
+    mBell.Reset();
+    mPath.clear();
+    mListenerWatchedFor = 0;
+    mWakeUp = false;
+    TheEventQueue().Clear();
+}
+
+OSErr Exchange::Prepare() {
+    if (mEpoll) return noErr;
+    const std::lock_guard lock(mBoard->lock);
+    UniqueFd epoll(epoll_create1(EPOLL_CLOEXEC));
+    UniqueFd bell(eventfd(mBoard->notices.empty() ? 0 : 1, EFD_CLOEXEC | EFD_NONBLOCK));
+    if (!epoll || !bell) return OSErrFromErrno(errno);
+    mEpoll = std::move(epoll);
+    mBell = std::move(bell);
+    UInt32 watched = 0;
+    Watch(mBell.Get(), kBellTag, EPOLLIN, &watched);
+    return noErr;
+}
+
+OSErr Exchange::Listen(const std::string& inPath) {
+    if (const OSErr err = Prepare()) return err;
+    if (const OSErr err = ListenOnLocalSocket(inPath, &mListener)) return err;
+    mPath = inPath;
+    mListenerWatchedFor = 0;
+    Watch(mListener.Get(), kListenerTag, EPOLLIN, &mListenerWatchedFor);
+    return noErr;
+}
+
+void Exchange::StopListening() {
+    if (!mPath.empty()) unlink(mPath.c_str());
+    mPath.clear();
+    mListener.Reset();
+    mListenerWatchedFor = 0;
+}
+
+void Exchange::Watch(int inSocket, UInt64 inTag, UInt32 inEvents, UInt32* ioWatched) {
+    if (inEvents == *ioWatched) return;
+    epoll_event event{inEvents, {.u64 = inTag}};
+    const int change = inEvents == 0     ? EPOLL_CTL_DEL
+                       : *ioWatched == 0 ? EPOLL_CTL_ADD
+                                         : EPOLL_CTL_MOD;
+    if (epoll_ctl(mEpoll.Get(), change, inSocket, &event) == 0) *ioWatched = inEvents;
+}
+
+void Exchange::WatchListener() {
+    const bool hasRoom = mConnections.size() < kMaximumConnections;
+    if (mListener)
+        Watch(mListener.Get(), kListenerTag, hasRoom ? UInt32{EPOLLIN} : 0, &mListenerWatchedFor);
+}
+
+// A connection that holds too much is left alone: what its peer sends waits in the kernel.
+void Exchange::WatchConnection(Connection* inConnection) {
+    UInt32 events = 0;
+    if (!inConnection->HoldsTooMuch() && !inConnection->isRetired) events |= EPOLLIN;
+    if (inConnection->HasUnsent()) events |= EPOLLOUT;
+    Watch(inConnection->Socket(), inConnection->ID(), events, &inConnection->watchedFor);
+}
+
+Connection* Exchange::Find(ConnectionID inID) {
+    const auto found = mConnections.find(inID);
+    return found == mConnections.end() ? nullptr : found->second.get();
+}
+
+Connection* Exchange::Connected(const ProcessSerialNumber& inPeer) {
+    const auto found = mByPeer.find(inPeer.lowLongOfPSN);
+    if (found == mByPeer.end()) return nullptr;
+    found->second->lastUse = ++mUses;
+    return found->second;
+}
+
+Exchange::ConnectResult Exchange::Connect(const ProcessSerialNumber& inPeer,
+                                          const std::string& inPath) {
+    if (Prepare() != noErr || !MakeRoom()) return ConnectResult::kNoRoom;
+    UniqueFd socket;
+    switch (ConnectLocalSocket(inPath, &socket)) {
+        case 0:
+            mByPeer[inPeer.lowLongOfPSN] =
+                Add(std::move(socket), inPeer, Connection::Direction::kOutgoing);
+            return ConnectResult::kConnected;
+        case EAGAIN:
+            return ConnectResult::kBusy;
+        case ENOENT:
+        case ECONNREFUSED:
+            return ConnectResult::kNobodyListens;
+        case EMFILE:
+        case ENFILE:
+        case ENOMEM:
+            return ConnectResult::kNoRoom;
+        default:
+            return ConnectResult::kRefused;
+    }
+}
+
+Connection* Exchange::Add(UniqueFd inSocket, const ProcessSerialNumber& inPeer,
+                          Connection::Direction inDirection) {
+    const ConnectionID id = ++mLastID;
+    auto& connection = mConnections[id];
+    connection = std::make_unique<Connection>(id, std::move(inSocket), inPeer, inDirection);
+    connection->lastUse = ++mUses;
+    mUnwatched.push_back(id);
+    return connection.get();
+}
+
+void Exchange::Accept() {
+    while (MakeRoom()) {
+        UniqueFd socket = AcceptLocalSocket(mListener.Get());
+        if (!socket) return;
+        AcceptOne(std::move(socket));
+    }
+    WatchListener();
+}
+
+// Callers that are another user's or no process of ours are hung up on.
+void Exchange::AcceptOne(UniqueFd inSocket) {
+    const auto pid = PeerOfSameUser(inSocket.Get());
+    const auto peer = pid ? FindProcessByPid(*pid) : std::nullopt;
+    if (peer) Add(std::move(inSocket), peer->psn, Connection::Direction::kIncoming);
+}
+
+bool Exchange::MakeRoom() {
+    while (mConnections.size() >= kMaximumConnections) {
+        Connection* oldest = nullptr;
+        for (auto& [id, connection] : mConnections) {
+            const bool isIdle = connection->HoldsNothing() && !connection->HasUnsent() &&
+                                connection->AwaitedCount() == 0 && !connection->isRetired;
+            if (isIdle && (!oldest || connection->lastUse < oldest->lastUse))
+                oldest = connection.get();
+        }
+        if (!oldest) return false;
+        Retire(oldest);
+    }
+    return true;
+}
+
+// No more events are taken from the peer, who opens another connection when it has some. Those that
+// were under way are still dealt with.
+void Exchange::Retire(Connection* inConnection) {
+    if (inConnection->IsOutgoing()) return Close(inConnection->ID());
+    shutdown(inConnection->Socket(), SHUT_RD);
+    Frame frame;
+    for (auto result = Connection::ReceiveResult::kPart;
+         result == Connection::ReceiveResult::kPart;) {
+        result = inConnection->Receive(false, &frame);
+        if (result == Connection::ReceiveResult::kFrame && Handle(inConnection, std::move(frame)))
+            result = Connection::ReceiveResult::kPart;
+    }
+    inConnection->isRetired = true;
+    Settle(inConnection);
+}
+
+void Exchange::Close(ConnectionID inID) {
+    const auto found = mConnections.find(inID);
+    if (found == mConnections.end()) return;
+    const auto peer = mByPeer.find(found->second->Peer().lowLongOfPSN);
+    if (peer != mByPeer.end() && peer->second == found->second.get()) mByPeer.erase(peer);
+    mConnections.erase(found);
+    WatchListener();
+}
+
+// Brings what is watched, and whether the connection lives on, in line with its state.
+void Exchange::Settle(Connection* inConnection) {
+    if (inConnection->TakesNoMore()) {
+        const auto peer = mByPeer.find(inConnection->Peer().lowLongOfPSN);
+        if (peer != mByPeer.end() && peer->second == inConnection) mByPeer.erase(peer);
+    }
+    const bool isDone =
+        inConnection->IsOutgoing()
+            ? inConnection->TakesNoMore() && inConnection->AwaitedCount() == 0
+            : inConnection->isRetired && inConnection->HoldsNothing() && !inConnection->HasUnsent();
+    if (isDone || inConnection->UnsentBytes() > kMaximumUnsent)
+        Close(inConnection->ID());
+    else if (inConnection->watchedFor != 0 || inConnection->HasUnsent() ||
+             !inConnection->IsOutgoing())
+        WatchConnection(inConnection);
+}
+
+void Exchange::Pump(Moment inUntil) {
+    if (Prepare() != noErr) return;
+    for (const ConnectionID id : std::exchange(mUnwatched, {}))
+        if (Connection* connection = Find(id)) WatchConnection(connection);
+    epoll_event events[kPacketsAtATime];
+    const int count = epoll_wait(mEpoll.Get(), events, kPacketsAtATime, MillisecondsUntil(inUntil));
+    for (int i = 0; i < count; ++i) Happened(events[i].data.u64, events[i].events);
+}
+
+void Exchange::PumpOne(Connection* inConnection) {
+    Readable(inConnection, true);
+}
+
+void Exchange::Happened(UInt64 inTag, UInt32 inEvents) {
+    if (inTag == kListenerTag) return Accept();
+    if (inTag == kBellTag) return TakeNotices();
+    Connection* connection = Find(inTag);
+    if (!connection) return;
+    if (inEvents & EPOLLOUT) {
+        connection->Flush();
+        Settle(connection);
+        connection = Find(inTag);
+    }
+    if (connection && inEvents & (EPOLLIN | EPOLLHUP | EPOLLERR)) Readable(connection, false);
+}
+
+// One frame at a time, so that no peer keeps the others waiting.
+void Exchange::Readable(Connection* inConnection, bool inMayWait) {
+    Frame frame;
+    for (int i = 0; i < kPacketsAtATime; ++i) {
+        switch (inConnection->Receive(inMayWait, &frame)) {
+            case Connection::ReceiveResult::kNothing:
+                return;
+            case Connection::ReceiveResult::kPart:
+                break;
+            case Connection::ReceiveResult::kClosed:
+                return Close(inConnection->ID());
+            case Connection::ReceiveResult::kFrame:
+                if (!Handle(inConnection, std::move(frame))) Close(inConnection->ID());
+                return;
+        }
+    }
+}
+
+void Exchange::Post(const Notice& inNotice) {
+    const std::lock_guard lock(mBoard->lock);
+    mBoard->notices.push_back(inNotice);
+    if (mBell) eventfd_write(mBell.Get(), 1);
+}
+
+void Exchange::TakeNotices() {
+    std::vector<Notice> notices;
+    {
+        const std::lock_guard lock(mBoard->lock);
+        eventfd_t ignored;
+        eventfd_read(mBell.Get(), &ignored);
+        notices.swap(mBoard->notices);
+    }
+    for (const Notice& notice : notices) HandleNotice(notice);
+}
+
+}  // namespace carbon

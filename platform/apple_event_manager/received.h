@@ -1,0 +1,26 @@
+// What the manager adds to an event before a handler of this process sees it.
+#pragma once
+
+#include <Carbon/AEDataModel.h>
+#include <Carbon/AppleEvents.h>
+
+namespace carbon {
+
+constexpr ProcessSerialNumber kSystemProcess = {0, 1};
+
+struct Reception {
+    ProcessSerialNumber sender;
+    AEEventSource source;
+    bool isReplyWanted;
+    SInt32 interaction;
+    SInt32 timeOut;
+};
+
+// Sets 'addr' (to the sender), 'esrc', 'repq', 'inte' and 'timo'.
+OSErr MarkReceived(AppleEvent* ioEvent, const Reception& inReception);
+
+bool IsAppleEvent(const AEDesc& inDesc);
+
+ProcessSerialNumber BigEndian(const ProcessSerialNumber& inNumber);
+
+}  // namespace carbon
