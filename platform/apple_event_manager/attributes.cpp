@@ -1,0 +1,233 @@
+// Making events and their attributes, the computed 'miss' among them.
+#include <array>
+#include <set>
+
+#include "apple_event_manager/access.h"
+#include "apple_event_manager/big_endian.h"
+
+namespace carbon {
+namespace {
+
+// What may be put by anyone, and the type it is kept in. Keys that are not here are free.
+struct AttributeRule {
+    AEKeyword key;
+    DescType type;  // typeWildCard: as it is; typeNull: read only
+};
+constexpr std::array kRules = {
+    AttributeRule{keyEventClassAttr, typeType},
+    AttributeRule{keyEventIDAttr, typeType},
+    AttributeRule{keyReturnIDAttr, typeSInt16},
+    AttributeRule{keyTransactionIDAttr, typeSInt32},
+    AttributeRule{keyTimeoutAttr, typeSInt32},
+    AttributeRule{keyAcceptTimeoutAttr, typeSInt32},
+    AttributeRule{keyOptionalKeywordAttr, typeAEList},
+    AttributeRule{keyInteractLevelAttr, typeNull},
+    AttributeRule{keyEventSourceAttr, typeNull},
+    AttributeRule{keyMissedKeywordAttr, typeNull},
+    AttributeRule{keyReplyRequestedAttr, typeNull},
+};
+
+DescType TypeOfAttribute(AEKeyword inKey) {
+    for (const auto& rule : kRules)
+        if (rule.key == inKey) return rule.type;
+    return typeWildCard;
+}
+
+OSErr PutAttributeAsItIs(AppleEvent* ioEvent, AEKeyword inKey, const Item& inItem) {
+    Storage* event = EventOf(ioEvent);
+    if (!event) return errAENotAEDesc;
+    if (!event->FitsNesting(inItem)) return paramErr;
+    event->PutAttribute(inKey, inItem);
+    return noErr;
+}
+
+OSErr PutAttribute(AppleEvent* ioEvent, AEKeyword inKey, const Item& inItem) {
+    const DescType type = TypeOfAttribute(inKey);
+    if (type == typeNull) return paramErr;
+    if (!EventOf(ioEvent)) return errAENotAEDesc;
+    TemporaryDesc value;
+    const OSErr result = Deliver(inItem, type, value.Get());
+    return result == noErr ? PutAttributeAsItIs(ioEvent, inKey, ItemOf(*value)) : result;
+}
+
+// The keywords of 'optk'; an entry that is no keyword makes nothing optional.
+std::set<AEKeyword> OptionalKeywords(const Storage& inEvent) {
+    std::set<AEKeyword> keywords;
+    const auto at = inEvent.FindAttribute(keyOptionalKeywordAttr);
+    if (!at) return keywords;
+    const Item list = inEvent.ItemAt(*at);
+    if (list.kind != Kind::List) return keywords;
+    const Section section = ItemsOf(list.kind, list.content);
+    UInt32 offset = section.begin;
+    for (UInt32 i = 0; i < section.count; ++i) {
+        const Item item = ReadItem(list.content, offset);
+        if (item.content.size() == sizeof(AEKeyword))
+            keywords.insert(ReadBigEndian<UInt32>(item.content.data()));
+        offset += item.FormSize();
+    }
+    return keywords;
+}
+
+// The first parameter that is neither optional nor fetched yet.
+std::optional<AEKeyword> MissedKeyword(Storage& inEvent) {
+    std::optional<std::set<AEKeyword>> optional;
+    for (UInt32 i = 0; i < inEvent.Count(); ++i) {
+        if (inEvent.IsFetched(i)) continue;
+        if (!optional) optional = OptionalKeywords(inEvent);
+        const AEKeyword key = inEvent.KeyAt(inEvent.PlaceAt(i));
+        if (!optional->contains(key)) return key;
+    }
+    return std::nullopt;
+}
+
+template <typename Use>
+OSErr WithAttribute(const AppleEvent* inEvent, AEKeyword inKey, Use inUse) {
+    if (!inEvent) return paramErr;
+    Storage* event = EventOf(inEvent);
+    if (!event) return errAENotAEDesc;
+    if (inKey == keyMissedKeywordAttr) {
+        const auto missed = MissedKeyword(*event);
+        if (!missed) return errAEDescNotFound;
+        UInt8 bytes[sizeof(AEKeyword)];
+        WriteBigEndian(bytes, UInt32(*missed));
+        return inUse(Item{typeKeyword, Kind::Leaf, bytes});
+    }
+    const auto at = event->FindAttribute(inKey);
+    return at ? inUse(event->ItemAt(*at)) : OSErr(errAEDescNotFound);
+}
+
+// Return IDs run through the positive numbers, so that none comes again before all others did.
+AEReturnID NextReturnID() {
+    static AEReturnID sLast = 0;
+    sLast = AEReturnID(sLast == 0x7FFF ? 1 : sLast + 1);
+    return sLast;
+}
+
+template <typename Number>
+void PutNumber(Storage& ioEvent, AEKeyword inKey, DescType inType, Number inValue) {
+    UInt8 bytes[sizeof inValue];
+    WriteBigEndian(bytes, inValue);
+    ioEvent.PutAttribute(inKey, {inType, Kind::Leaf, bytes});
+}
+
+OSErr CreateEvent(AEEventClass inClass, AEEventID inID, const AEAddressDesc* inTarget,
+                  AEReturnID inReturnID, AETransactionID inTransaction, AppleEvent* outEvent) {
+    constexpr UInt32 kRoomForMost = 512;
+    const Item target = inTarget ? ItemOf(*inTarget) : Item{};
+    auto event = Storage::Empty(Kind::Event, typeAppleEvent);
+    event->Reserve(kRoomForMost);
+    if (!event->FitsNesting(target)) return paramErr;
+    const AEReturnID returnID = inReturnID == kAutoGenerateReturnID ? NextReturnID() : inReturnID;
+    PutNumber(*event, keyEventClassAttr, typeType, UInt32(inClass));
+    PutNumber(*event, keyEventIDAttr, typeType, UInt32(inID));
+    event->PutAttribute(keyAddressAttr, target);
+    PutNumber(*event, keyReturnIDAttr, typeSInt16, returnID);
+    PutNumber(*event, keyTransactionIDAttr, typeSInt32, inTransaction);
+    *outEvent = {typeAppleEvent, HandleOf(std::move(event))};
+    return noErr;
+}
+
+}  // namespace
+
+OSErr SetEventAttribute(AppleEvent* ioEvent, AEKeyword inKey, DescType inType, const void* inData,
+                        Size inSize) {
+    const auto item = ItemOf(inType, inData, inSize);
+    if (!item) return paramErr;
+    return Guarded([&] { return PutAttributeAsItIs(ioEvent, inKey, *item); });
+}
+
+OSErr SetEventAttribute(AppleEvent* ioEvent, AEKeyword inKey, const AEDesc& inValue) {
+    return Guarded([&] { return PutAttributeAsItIs(ioEvent, inKey, ItemOf(inValue)); });
+}
+
+std::optional<ItemView> EventAttribute(const AppleEvent& inEvent, AEKeyword inKey) {
+    const Storage* event = EventOf(&inEvent);
+    const auto at = event ? event->FindAttribute(inKey) : std::nullopt;
+    if (!at) return std::nullopt;
+    const Item item = event->ItemAt(*at);
+    return ItemView{item.type, item.content};
+}
+
+std::optional<UInt32> EventAttribute32(const AppleEvent& inEvent, AEKeyword inKey) {
+    const auto view = EventAttribute(inEvent, inKey);
+    if (!view || view->data.size() != sizeof(UInt32)) return std::nullopt;
+    return ReadBigEndian<UInt32>(view->data.data());
+}
+
+std::optional<SInt16> EventAttribute16(const AppleEvent& inEvent, AEKeyword inKey) {
+    const auto view = EventAttribute(inEvent, inKey);
+    if (!view || view->data.size() != sizeof(SInt16)) return std::nullopt;
+    return ReadBigEndian<SInt16>(view->data.data());
+}
+
+OSErr MakeReply(const AppleEvent& inRequest, AppleEvent* outReply) {
+    constexpr AEEventClass kReplyClass = 'aevt';
+    constexpr AEEventID kReplyID = 'ansr';
+    return Making(outReply, [&] {
+        Storage* request = EventOf(&inRequest);
+        if (!request) return OSErr(errAENotAEDesc);
+        const OSErr result =
+            CreateEvent(kReplyClass, kReplyID, nullptr, 0, kAnyTransactionID, outReply);
+        for (AEKeyword key : {keyReturnIDAttr, keyTransactionIDAttr, keyAddressAttr})
+            if (const auto at = request->FindAttribute(key); at && result == noErr)
+                EventOf(outReply)->PutAttribute(key, request->ItemAt(*at));
+        return result;
+    });
+}
+
+}  // namespace carbon
+
+using namespace carbon;
+
+OSErr AECreateAppleEvent(AEEventClass theAEEventClass, AEEventID theAEEventID,
+                         const AEAddressDesc* target, AEReturnID returnID,
+                         AETransactionID transactionID, AppleEvent* result) {
+    return Making(result, [&] {
+        return CreateEvent(theAEEventClass, theAEEventID, target, returnID, transactionID, result);
+    });
+}
+
+OSErr AEGetAttributePtr(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword,
+                        DescType desiredType, DescType* typeCode, void* dataPtr, Size maximumSize,
+                        Size* actualSize) {
+    const Wanted wanted{desiredType, typeCode, dataPtr, maximumSize, actualSize};
+    if (!wanted.IsValid()) return paramErr;
+    return Guarded([&] {
+        return WithAttribute(theAppleEvent, theAEKeyword,
+                             [&](const Item& inItem) { return Deliver(inItem, wanted); });
+    });
+}
+
+OSErr AEGetAttributeDesc(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword,
+                         DescType desiredType, AEDesc* result) {
+    if (!theAppleEvent) return Making(result, [] { return OSErr(paramErr); });
+    const AEDesc source = *theAppleEvent;
+    return Making(result, [&] {
+        return WithAttribute(&source, theAEKeyword, [&](const Item& inItem) {
+            return Deliver(inItem, desiredType, result);
+        });
+    });
+}
+
+OSErr AESizeOfAttribute(const AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType* typeCode,
+                        Size* dataSize) {
+    return Guarded([&] {
+        return WithAttribute(theAppleEvent, theAEKeyword, [&](const Item& inItem) {
+            Measure(inItem, typeCode, dataSize);
+            return OSErr(noErr);
+        });
+    });
+}
+
+OSErr AEPutAttributePtr(AppleEvent* theAppleEvent, AEKeyword theAEKeyword, DescType typeCode,
+                        const void* dataPtr, Size dataSize) {
+    const auto item = ItemOf(typeCode, dataPtr, dataSize);
+    if (!theAppleEvent || !item) return paramErr;
+    return Guarded([&] { return PutAttribute(theAppleEvent, theAEKeyword, *item); });
+}
+
+OSErr AEPutAttributeDesc(AppleEvent* theAppleEvent, AEKeyword theAEKeyword,
+                         const AEDesc* theAEDesc) {
+    if (!theAppleEvent || !theAEDesc) return paramErr;
+    return Guarded([&] { return PutAttribute(theAppleEvent, theAEKeyword, ItemOf(*theAEDesc)); });
+}
