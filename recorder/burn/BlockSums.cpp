@@ -1,4 +1,5 @@
-// Owns the sum itself: four lanes of multiply, add and fold, so that a modern core spends less on it than on moving the bytes.
+// Owns the sum itself: four lanes of multiply, add and fold, so that a modern core spends less on
+// it than on moving the bytes.
 #include "burn/BlockSums.h"
 
 #include <algorithm>
@@ -37,10 +38,12 @@ void BlockSums::Add(const UInt8* inData, size_t inSize) {
         mSums.push_back(Sum(inData + at, std::min(kBlock, inSize - at)));
 }
 
-std::optional<UInt64> BlockSums::FirstDifference(UInt64 inOffset, const UInt8* inData, size_t inSize) const {
+std::optional<UInt64> BlockSums::FirstDifference(UInt64 inOffset, const UInt8* inData,
+                                                 size_t inSize) const {
     for (size_t at = 0; at < inSize; at += kBlock) {
         const size_t index = size_t((inOffset + at) / kBlock);
-        if (index >= mSums.size() || mSums[index] != Sum(inData + at, std::min(kBlock, inSize - at)))
+        if (index >= mSums.size() ||
+            mSums[index] != Sum(inData + at, std::min(kBlock, inSize - at)))
             return inOffset + at;
     }
     return std::nullopt;

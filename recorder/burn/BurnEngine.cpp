@@ -16,14 +16,16 @@ namespace {
 
 std::string Ended(const BurnRequest& inRequest, const BurnResult& inResult) {
     if (inRequest.goal.simulate) return "Simulated: everything could be read, nothing was written.";
-    std::string text = inResult.path.empty() ? "The disc is written" : "Done: " + LeafName(inResult.path) + " is written";
+    std::string text = inResult.path.empty() ? "The disc is written"
+                                             : "Done: " + LeafName(inResult.path) + " is written";
     return text + (inResult.verified ? " and verified." : ".");
 }
 
 }  // namespace
 
 BurnEngine::BurnEngine(DriveSource& inDrives) : mDrives(inDrives) {
-    std::signal(SIGXFSZ, SIG_IGN);  // a limit on file sizes is an error of the write, not of the process
+    std::signal(SIGXFSZ,
+                SIG_IGN);  // a limit on file sizes is an error of the write, not of the process
     WorkFile::RemoveLeftovers();
     std::promise<void> started;
     mThread = std::thread([&] {
@@ -120,7 +122,8 @@ void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
     try {
         text = inWork();
     } catch (const BurnFailure& failure) {
-        code = mStop.load() ? SInt32(userCanceledErr) : failure.Code();  // what breaks during a stop is its consequence
+        code = mStop.load() ? SInt32(userCanceledErr)
+                            : failure.Code();  // what breaks during a stop is its consequence
         phase = code == userCanceledErr ? Phase::Cancelled : Phase::Failed;
         text = code == userCanceledErr ? "Cancelled." : failure.what();
     } catch (const std::bad_alloc&) {
@@ -182,14 +185,16 @@ void BurnEngine::Measure(const std::vector<std::string>& inPaths) {
     Post([this, inPaths] {
         UInt64 bytes = 0;
         try {
-            bytes = WalkSources(inPaths, false, [this](size_t, const std::string&) { return !mQuit.load(); })
-                        .contentBytes;
+            bytes = WalkSources(inPaths, false, [this](size_t, const std::string&) {
+                        return !mQuit.load();
+                    }).contentBytes;
         } catch (const BurnFailure&) {
             bytes = 0;  // what is wrong with the items is said when they are written
         }
         {
             const std::lock_guard lock(mMutex);
-            mContentKiB = SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
+            mContentKiB =
+                SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
             --mMeasurements;
         }
         End();
@@ -210,7 +215,8 @@ BurnEngine::Snapshot BurnEngine::Take() const {
 
 DriveInfo BurnEngine::Probe(const std::string& inDriveId) {
     const std::shared_ptr<Drive> drive = mDrives.Open(inDriveId);
-    if (dynamic_cast<ImageDrive*>(drive.get()) != nullptr) return drive->Probe();  // a look into a folder
+    if (dynamic_cast<ImageDrive*>(drive.get()) != nullptr)
+        return drive->Probe();  // a look into a folder
     DriveInfo info;
     RunNow([&] { info = drive->Probe(); });
     return info;

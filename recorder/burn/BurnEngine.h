@@ -1,5 +1,5 @@
-// The engine: one thread that owns libburn, libisofs and the drives, and works on one job at a time. Any thread may call it; no
-// call waits for the thread, except where said.
+// The engine: one thread that owns libburn, libisofs and the drives, and works on one job at a
+// time. Any thread may call it; no call waits for the thread, except where said.
 #pragma once
 
 #include <atomic>
@@ -22,12 +22,13 @@ class BurnEngine {
   public:
     struct Snapshot {
         ProgressSnapshot progress;
-        BurnResult result;     // of the running or the last job
-        SInt32 contentKiB = 0; // of what was last measured
+        BurnResult result;      // of the running or the last job
+        SInt32 contentKiB = 0;  // of what was last measured
         bool measuring = false;
     };
 
-    // Removes what an earlier process left unfinished. Throws when the disc libraries cannot be started.
+    // Removes what an earlier process left unfinished. Throws when the disc libraries cannot be
+    // started.
     explicit BurnEngine(DriveSource& inDrives);
     // Cancels what runs and waits for its end.
     ~BurnEngine();
@@ -48,7 +49,8 @@ class BurnEngine {
     bool Busy() const;
     ProgressSnapshot Progress() const { return mProgress.Snapshot(); }
     Snapshot Take() const;
-    // Waits for the engine: fBsyErr while a job runs in a burner that only the engine may ask. nsDrvErr without such a drive.
+    // Waits for the engine: fBsyErr while a job runs in a burner that only the engine may ask.
+    // nsDrvErr without such a drive.
     DriveInfo Probe(const std::string& inDriveId);
     void Eject(const std::string& inDriveId);
     std::vector<std::string> DriveIdentifiers() { return mDrives.Identifiers(); }

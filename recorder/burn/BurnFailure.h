@@ -14,7 +14,8 @@ constexpr SInt32 kNoDiscErr = -65;
 
 class BurnFailure : public std::runtime_error {
   public:
-    BurnFailure(SInt32 inCode, const std::string& inText) : std::runtime_error(inText), mCode(inCode) {}
+    BurnFailure(SInt32 inCode, const std::string& inText)
+        : std::runtime_error(inText), mCode(inCode) {}
     SInt32 Code() const { return mCode; }
 
   private:

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <memory>
 #include <thread>
 
 #include "burn/BlockSums.h"
@@ -14,13 +16,14 @@ namespace recorder {
 namespace {
 
 constexpr size_t kReadBackChunk = 1024 * 1024;
+constexpr size_t kPage = 4096;
 constexpr int kPatienceForDisc = 600;  // seconds
-constexpr size_t kFilesBetweenNames = 64;
 
 // Sums what passes, and says how far it is.
 class ObservedStream : public ImageStream {
   public:
-    ObservedStream(ImageStream& inStream, BlockSums& inSums, const SourceWatcher& inWatcher, JobProgress& inProgress)
+    ObservedStream(ImageStream& inStream, BlockSums& inSums, const SourceWatcher& inWatcher,
+                   JobProgress& inProgress)
         : mStream(inStream), mSums(inSums), mWatcher(inWatcher), mProgress(inProgress) {}
 
     UInt64 Size() const override { return mStream.Size(); }
@@ -62,26 +65,31 @@ void WaitForBlankDisc(Drive& inDrive, const JobContext& inContext, int inSeconds
 BurnJob::BurnJob(Drive& inDrive, const BurnRequest& inRequest, const JobContext& inContext,
                  std::function<void(const BurnResult&)> inPlanned)
     : mDrive(inDrive), mRequest(inRequest), mContext(inContext), mPlanned(std::move(inPlanned)) {
-    if (mRequest.goal.volumeName.empty()) mRequest.goal.volumeName = DefaultVolumeName(mRequest.paths);
+    if (mRequest.goal.volumeName.empty())
+        mRequest.goal.volumeName = DefaultVolumeName(mRequest.paths);
 }
 
 SourceTree BurnJob::Plan() {
-    SourceTree tree = WalkSources(mRequest.paths, mRequest.hfsPlus, [&](size_t found, const std::string& folder) {
-        mContext.progress.Found(found, folder);
-        return !mContext.stop.load();
-    });
+    SourceTree tree =
+        WalkSources(mRequest.paths, mRequest.hfsPlus, [&](size_t found, const std::string& folder) {
+            mContext.progress.Found(found, folder);
+            return !mContext.stop.load();
+        });
     mResult.report = tree.report;
     mResult.report.insert(mResult.report.end(), tree.unreadable.begin(), tree.unreadable.end());
     mResult.nodes = SInt32(tree.nodes.size() - 1);
     mPlanned(mResult);
     // A disc that silently lacks what was asked for is worse than none.
     if (!tree.unreadable.empty())
-        throw BurnFailure(afpAccessDenied, tree.unreadable.front() + (tree.unreadable.size() == 1 ? "." : ", and others."));
+        throw BurnFailure(
+            afpAccessDenied,
+            tree.unreadable.front() + (tree.unreadable.size() == 1 ? "." : ", and others."));
     return tree;
 }
 
 void BurnJob::WaitForDisc() {
-    if (!mRequest.goal.simulate && mRequest.mayAskForDisc) WaitForBlankDisc(mDrive, mContext, kPatienceForDisc);
+    if (!mRequest.goal.simulate && mRequest.mayAskForDisc)
+        WaitForBlankDisc(mDrive, mContext, kPatienceForDisc);
 }
 
 void BurnJob::Write(Recording& inRecording, ImageStream& inStream, const SourceWatcher& inWatcher) {
@@ -96,15 +104,19 @@ void BurnJob::Verify(Recording& inRecording, UInt64 inSize) {
     mContext.progress.Enter(Phase::Verifying, inSize);
     mContext.progress.Doing("reading the disc back");
     inRecording.PrepareReadBack();
-    std::vector<UInt8> chunk(kReadBackChunk);
+    // On a page: then drives can deliver into it directly.
+    const std::unique_ptr<UInt8, decltype(&std::free)> chunk(
+        static_cast<UInt8*>(std::aligned_alloc(kPage, kReadBackChunk)), std::free);
+    if (!chunk) throw BurnFailure(memFullErr, "There is not enough memory.");
     for (UInt64 offset = 0; offset < inSize;) {
         mContext.CheckStop();
-        const size_t count = size_t(std::min<UInt64>(chunk.size(), inSize - offset));
-        inRecording.ReadBack(offset, chunk.data(), count);
-        if (const auto bad = mSums->FirstDifference(offset, chunk.data(), count)) {
+        const size_t count = size_t(std::min<UInt64>(kReadBackChunk, inSize - offset));
+        inRecording.ReadBack(offset, chunk.get(), count);
+        if (const auto bad = mSums->FirstDifference(offset, chunk.get(), count)) {
             mContext.progress.Doing("looking for the damaged file");
-            throw BurnFailure(dataVerErr, "The disc differs from what was written, in " +
-                                              WhatLiesAt(inRecording, inSize, *bad, BlockSums::kBlock) + ".");
+            throw BurnFailure(dataVerErr,
+                              "The disc differs from what was written, in " +
+                                  WhatLiesAt(inRecording, inSize, *bad, BlockSums::kBlock) + ".");
         }
         offset += count;
         mContext.progress.Move(offset);
@@ -120,7 +132,8 @@ BurnResult BurnJob::Run() {
     const auto recording = mDrive.Begin(mRequest.goal);
     SourceWatcher watcher(mContext.stop);
     mContext.progress.Doing("laying out the disc");
-    DiscImage image(tree, {mRequest.goal.volumeName, mRequest.hfsPlus}, watcher, [&] { return !mContext.stop.load(); });
+    DiscImage image(tree, {mRequest.goal.volumeName, mRequest.hfsPlus}, watcher,
+                    [&] { return !mContext.stop.load(); });
     const auto stream = image.Open();
     recording->Reserve(stream->Size());
     Write(*recording, *stream, watcher);

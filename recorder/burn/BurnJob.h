@@ -49,7 +49,8 @@ class BurnJob {
     class BlockSums* mSums = nullptr;
 };
 
-// Waits until the drive has a blank disc; throws BurnCancelled, or kNoDiscErr when inSeconds have passed.
+// Waits until the drive has a blank disc; throws BurnCancelled, or kNoDiscErr when inSeconds have
+// passed.
 void WaitForBlankDisc(Drive& inDrive, const JobContext& inContext, int inSeconds);
 
 }  // namespace recorder

@@ -32,8 +32,9 @@ constexpr std::array<Profile, 15> kProfiles = {{{0x09, kMediumCdR},
                                                 {0xFFFF, kMediumImage | kMediumRewritable}}};
 
 SInt32 MediumOfProfile(int inNumber) {
-    const auto* found = std::find_if(kProfiles.begin(), kProfiles.end(),
-                                     [&](const Profile& profile) { return profile.number == inNumber; });
+    const auto* found =
+        std::find_if(kProfiles.begin(), kProfiles.end(),
+                     [&](const Profile& profile) { return profile.number == inNumber; });
     return found == kProfiles.end() ? SInt32(kMediumOther) : found->medium;
 }
 
@@ -45,7 +46,8 @@ HeldDrive::HeldDrive(const std::string& inAddress, bool inLoad) {
     if (burn::burn_drive_scan_and_grab(&mInfos, address.data(), inLoad ? 1 : 0) != 1) {
         const auto failure = CauseFromMessages();
         throw BurnFailure(nsDrvErr, inAddress + ": the drive cannot be used" +
-                                        (failure ? std::string(" (") + failure->what() + ")." : std::string(".")));
+                                        (failure ? std::string(" (") + failure->what() + ")."
+                                                 : std::string(".")));
     }
     mHeld = true;
 }
@@ -66,7 +68,9 @@ std::string HeldDrive::Name() const {
     return name;
 }
 
-bool HeldDrive::IsBlank() const { return burn::burn_disc_get_status(Get()) == burn::BURN_DISC_BLANK; }
+bool HeldDrive::IsBlank() const {
+    return burn::burn_disc_get_status(Get()) == burn::BURN_DISC_BLANK;
+}
 
 SInt32 HeldDrive::MediaInfo() const {
     const auto status = burn::burn_disc_get_status(Get());
@@ -83,7 +87,8 @@ SInt32 HeldDrive::MediaInfo() const {
 }
 
 UInt64 HeldDrive::Space() const {
-    return IsBlank() ? UInt64(std::max<off_t>(0, burn::burn_disc_available_space(Get(), nullptr))) : 0;
+    return IsBlank() ? UInt64(std::max<off_t>(0, burn::burn_disc_available_space(Get(), nullptr)))
+                     : 0;
 }
 
 DriveInfo BurnerDrive::Probe() {
@@ -91,9 +96,13 @@ DriveInfo BurnerDrive::Probe() {
     return {mAddress, drive.Name(), true, drive.MediaInfo(), drive.Space()};
 }
 
-bool BurnerDrive::HasBlankDisc() { return HeldDrive(mAddress, false).IsBlank(); }
+bool BurnerDrive::HasBlankDisc() {
+    return HeldDrive(mAddress, false).IsBlank();
+}
 
-void BurnerDrive::Eject() { HeldDrive(mAddress, false).Release(true); }
+void BurnerDrive::Eject() {
+    HeldDrive(mAddress, false).Release(true);
+}
 
 std::unique_ptr<Recording> BurnerDrive::Begin(const DiscGoal& inGoal) {
     if (!inGoal.outputPath.empty())

@@ -1,4 +1,5 @@
-// A real burner, through libburn; any address libburn takes will do, also "stdio:/a/file". Engine thread only.
+// A real burner, through libburn; any address libburn takes will do, also "stdio:/a/file". Engine
+// thread only.
 #pragma once
 
 #include <string>
@@ -7,7 +8,8 @@
 
 namespace recorder {
 
-// The drive is held only while something is done with it, so that other programs can use it in between.
+// The drive is held only while something is done with it, so that other programs can use it in
+// between.
 class BurnerDrive : public Drive {
   public:
     explicit BurnerDrive(const std::string& inAddress) : mAddress(inAddress) {}

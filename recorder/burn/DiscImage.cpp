@@ -35,18 +35,21 @@ void SetTypeAndCreator(IsoNode* inNode, const SourceNode& inSource) {
     Check(iso_node_add_xinfo(inNode, iso_hfsplus_xinfo_func, info), inSource.name);
 }
 
-IsoNode* AddFile(IsoDir* inParent, const SourceNode& inSource, const std::string& inPath, const SourceWatch* inWatch) {
+IsoNode* AddFile(IsoDir* inParent, const SourceNode& inSource, const std::string& inPath,
+                 const SourceWatch* inWatch) {
     void* stream = nullptr;
     IsoFile* file = nullptr;
     Check(NewSourceStream(inPath.c_str(), &inSource.facts, inWatch, &stream), inPath);
-    const int result = iso_tree_add_new_file(inParent, inSource.name.c_str(), static_cast<IsoStream*>(stream), &file);
+    const int result = iso_tree_add_new_file(inParent, inSource.name.c_str(),
+                                             static_cast<IsoStream*>(stream), &file);
     if (result < 0) FreeSourceStream(stream);
     Check(result, inPath);
     SetTypeAndCreator(ISO_NODE(file), inSource);
     return ISO_NODE(file);
 }
 
-IsoNode* AddNode(IsoDir* inParent, const SourceTree& inTree, size_t inIndex, const SourceWatch* inWatch) {
+IsoNode* AddNode(IsoDir* inParent, const SourceTree& inTree, size_t inIndex,
+                 const SourceWatch* inWatch) {
     const SourceNode& source = inTree.nodes[inIndex];
     const std::string path = inTree.PathOf(inIndex);
     if (source.kind == SourceNode::Kind::File) return AddFile(inParent, source, path, inWatch);
@@ -56,7 +59,8 @@ IsoNode* AddNode(IsoDir* inParent, const SourceTree& inTree, size_t inIndex, con
         return ISO_NODE(folder);
     }
     IsoSymlink* link = nullptr;
-    Check(iso_tree_add_new_symlink(inParent, source.name.c_str(), source.target.c_str(), &link), path);
+    Check(iso_tree_add_new_symlink(inParent, source.name.c_str(), source.target.c_str(), &link),
+          path);
     return ISO_NODE(link);
 }
 
@@ -127,8 +131,8 @@ class IsoStreamReader : public ImageStream {
 
 }  // namespace
 
-DiscImage::DiscImage(const SourceTree& inTree, const ImageSettings& inSettings, const SourceWatcher& inWatcher,
-                     const std::function<bool()>& inKeepGoing)
+DiscImage::DiscImage(const SourceTree& inTree, const ImageSettings& inSettings,
+                     const SourceWatcher& inWatcher, const std::function<bool()>& inKeepGoing)
     : mSettings(inSettings), mWatcher(inWatcher) {
     Check(iso_image_new(inSettings.volumeName.c_str(), &mImage), "New image");
     try {
@@ -149,12 +153,15 @@ DiscImage::DiscImage(const SourceTree& inTree, const ImageSettings& inSettings, 
     }
 }
 
-DiscImage::~DiscImage() { iso_image_unref(mImage); }
+DiscImage::~DiscImage() {
+    iso_image_unref(mImage);
+}
 
 std::unique_ptr<ImageStream> DiscImage::Open() {
     ForgetMessages();
     ::burn_source* source = nullptr;
-    const int result = iso_image_create_burn_source(mImage, WriteOptions(mSettings.hfsPlus).get(), &source);
+    const int result =
+        iso_image_create_burn_source(mImage, WriteOptions(mSettings.hfsPlus).get(), &source);
     if (result < 0) {
         if (const auto failure = CauseFromMessages()) throw *failure;
         Check(result, "Planning the disc");

@@ -17,7 +17,7 @@ namespace recorder {
 
 struct ImageSettings {
     std::string volumeName;  // UTF-8, not empty
-    bool hfsPlus = false;    // beside ISO 9660 level 3, Rock Ridge and Joliet, which are always there
+    bool hfsPlus = false;  // beside ISO 9660 level 3, Rock Ridge and Joliet, which are always there
 };
 
 // The bytes of a disc, in order. Reading them is what reads the sources.
@@ -31,14 +31,16 @@ class ImageStream {
 
 class DiscImage {
   public:
-    // `inKeepGoing` is asked now and then; false throws BurnCancelled. The watcher outlives the image.
-    DiscImage(const SourceTree& inTree, const ImageSettings& inSettings, const SourceWatcher& inWatcher,
-              const std::function<bool()>& inKeepGoing);
+    // `inKeepGoing` is asked now and then; false throws BurnCancelled. The watcher outlives the
+    // image.
+    DiscImage(const SourceTree& inTree, const ImageSettings& inSettings,
+              const SourceWatcher& inWatcher, const std::function<bool()>& inKeepGoing);
     ~DiscImage();
     DiscImage(const DiscImage&) = delete;
     DiscImage& operator=(const DiscImage&) = delete;
 
-    // Once. libisofs begins to read at once, as far ahead as its buffer reaches. Ends before the image does.
+    // Once. libisofs begins to read at once, as far ahead as its buffer reaches. Ends before the
+    // image does.
     std::unique_ptr<ImageStream> Open();
 
   private:

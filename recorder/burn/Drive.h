@@ -1,4 +1,5 @@
-// A thing that takes discs and writes them: a burner, a folder of images, a script in a test. Engine thread only, unless said.
+// A thing that takes discs and writes them: a burner, a folder of images, a script in a test.
+// Engine thread only, unless said.
 #pragma once
 
 #include <Carbon/MacTypes.h>
@@ -58,8 +59,8 @@ struct JobContext {
     }
 };
 
-// One disc in the making. Destroyed before Finish() has returned, it leaves nothing behind, as far as the medium allows.
-// Everything throws BurnFailure.
+// One disc in the making. Destroyed before Finish() has returned, it leaves nothing behind, as far
+// as the medium allows. Everything throws BurnFailure.
 class Recording {
   public:
     static constexpr size_t kChunk = 64 * 1024;
@@ -67,12 +68,14 @@ class Recording {
     virtual ~Recording() = default;
     // Makes sure that the disc will fit. dskFulErr when it will not.
     virtual void Reserve(UInt64 inBytes) = 0;
-    // Takes the whole stream, in pieces of kChunk bytes (the last one may be shorter), down to the medium itself.
+    // Takes the whole stream, in pieces of kChunk bytes (the last one may be shorter), down to the
+    // medium itself.
     virtual void Write(ImageStream& inStream, const JobContext& inContext) = 0;
     // From the medium, not from a cache, as far as the system lets us.
     virtual void PrepareReadBack() = 0;
     virtual void ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) = 0;
-    // Gives the disc its final name, ejects it if so asked at the beginning. The path of the image, or nothing for a burner.
+    // Gives the disc its final name, ejects it if so asked at the beginning. The path of the image,
+    // or nothing for a burner.
     virtual std::string Finish() = 0;
 };
 
@@ -80,7 +83,8 @@ class Drive {
   public:
     virtual ~Drive() = default;
     virtual DriveInfo Probe() = 0;
-    // True when a blank disc is in the drive. A drive that can get one by itself does; others wait for people.
+    // True when a blank disc is in the drive. A drive that can get one by itself does; others wait
+    // for people.
     virtual bool HasBlankDisc() = 0;
     virtual void Eject() = 0;
     virtual std::unique_ptr<Recording> Begin(const DiscGoal& inGoal) = 0;

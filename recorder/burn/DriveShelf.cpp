@@ -1,5 +1,5 @@
-// Owns the search for drives. Burners are found in what the kernel says about them: asking each drive would disturb those that are
-// busy, and libburn cannot look for drives while it holds one.
+// Owns the search for drives. Burners are found in what the kernel says about them: asking each
+// drive would disturb those that are busy, and libburn cannot look for drives while it holds one.
 #include "burn/DriveShelf.h"
 
 #include <unistd.h>
@@ -35,7 +35,8 @@ std::vector<std::string> Burners() {
         const auto able = Words(line);
         for (size_t i = 0; i < std::min(able.size(), names.size()); ++i) {
             const std::string device = "/dev/" + names[i];
-            if (able[i] == "1" && access(device.c_str(), R_OK | W_OK) == 0) burners.push_back(device);
+            if (able[i] == "1" && access(device.c_str(), R_OK | W_OK) == 0)
+                burners.push_back(device);
         }
     }
     std::sort(burners.begin(), burners.end());
@@ -57,8 +58,9 @@ std::vector<std::string> Folders(const fs::path& inParent) {
 SystemDrives::SystemDrives() {
     const char* data = std::getenv("XDG_DATA_HOME");
     const char* home = std::getenv("HOME");
-    const fs::path base =
-        data != nullptr && *data == '/' ? fs::path(data) : fs::path(home ? home : "/tmp") / ".local/share";
+    const fs::path base = data != nullptr && *data == '/'
+                              ? fs::path(data)
+                              : fs::path(home ? home : "/tmp") / ".local/share";
     mFolder = base / "vantor/drives";
 }
 

@@ -16,12 +16,14 @@ class DriveSource {
     virtual ~DriveSource() = default;
     // Identifiers, burners first. Any thread.
     virtual std::vector<std::string> Identifiers() = 0;
-    // Throws nsDrvErr when there is no such drive. Any thread; what it returns is for the engine thread.
+    // Throws nsDrvErr when there is no such drive. Any thread; what it returns is for the engine
+    // thread.
     virtual std::unique_ptr<Drive> Open(const std::string& inIdentifier) = 0;
 };
 
-// Burners the user may open, then the image drives: the folders in `$XDG_DATA_HOME/vantor/drives`, by name; without any, one
-// called "image" is made there. An image drive elsewhere may be opened by its absolute path when it has a folder `tray`.
+// Burners the user may open, then the image drives: the folders in `$XDG_DATA_HOME/vantor/drives`,
+// by name; without any, one called "image" is made there. An image drive elsewhere may be opened by
+// its absolute path when it has a folder `tray`.
 class SystemDrives : public DriveSource {
   public:
     SystemDrives();

@@ -1,4 +1,5 @@
-// Owns the reading of companion files (AppleDouble: a magic number, a version, and a table of entries; big-endian).
+// Owns the reading of companion files (AppleDouble: a magic number, a version, and a table of
+// entries; big-endian).
 #include "burn/FinderInfo.h"
 
 #include <fcntl.h>
@@ -20,7 +21,8 @@ UInt32 BigEndian(const std::vector<UInt8>& inBytes, size_t inAt, size_t inSize =
 
 std::vector<UInt8> FirstBytes(int inFolderFd, const std::string& inName) {
     std::vector<UInt8> bytes(4096);
-    const int fd = openat(inFolderFd, inName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    const int fd =
+        openat(inFolderFd, inName.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
     const ssize_t size = fd < 0 ? -1 : read(fd, bytes.data(), bytes.size());
     if (fd >= 0) close(fd);
     bytes.resize(size < 0 ? 0 : size_t(size));
@@ -36,7 +38,8 @@ std::string CompanionPath(const std::string& inPath) {
     return inPath.substr(0, start) + "._" + inPath.substr(start, end + 1 - start);
 }
 
-void ReadFinderInfo(int inFolderFd, const std::string& inName, OSType* outType, OSType* outCreator) {
+void ReadFinderInfo(int inFolderFd, const std::string& inName, OSType* outType,
+                    OSType* outCreator) {
     const auto bytes = FirstBytes(inFolderFd, CompanionPath(inName));
     if (bytes.size() < kHeaderSize || BigEndian(bytes, 0) != kAppleDoubleMagic) return;
     const size_t entries = BigEndian(bytes, 24, 2);

@@ -12,7 +12,8 @@ namespace recorder {
 
 class HeldDrive {
   public:
-    // inLoad: pulls the tray in when it is open. Throws nsDrvErr, or fBsyErr when another program holds it.
+    // inLoad: pulls the tray in when it is open. Throws nsDrvErr, or fBsyErr when another program
+    // holds it.
     HeldDrive(const std::string& inAddress, bool inLoad);
     ~HeldDrive();
     HeldDrive(const HeldDrive&) = delete;

@@ -26,15 +26,19 @@ struct Capacity {
     const char* kind;
     UInt64 bytes;
 };
-constexpr std::array<Capacity, 4> kCapacities = {
-    {{"unlimited", 0}, {"cd", 359'844ull * 2048}, {"dvd", 2'295'104ull * 2048}, {"bd", 12'219'392ull * 2048}}};
+constexpr std::array<Capacity, 4> kCapacities = {{{"unlimited", 0},
+                                                  {"cd", 359'844ull * 2048},
+                                                  {"dvd", 2'295'104ull * 2048},
+                                                  {"bd", 12'219'392ull * 2048}}};
 
-// Where a file system does not tell holes from data, what counts is where content would begin and end.
+// Where a file system does not tell holes from data, what counts is where content would begin and
+// end.
 bool LooksEmpty(int inFd, UInt64 inSize) {
     std::vector<char> bytes(64 * 1024);
     for (const UInt64 offset : {UInt64(0), inSize - std::min<UInt64>(inSize, bytes.size())}) {
         const ssize_t count = pread(inFd, bytes.data(), bytes.size(), off_t(offset));
-        if (count < 0 || std::any_of(bytes.begin(), bytes.begin() + count, [](char c) { return c != 0; }))
+        if (count < 0 ||
+            std::any_of(bytes.begin(), bytes.begin() + count, [](char c) { return c != 0; }))
             return false;
     }
     return true;
@@ -57,9 +61,11 @@ std::string ImageName(const std::string& inVolumeName) {
 bool IsBlankDisc(const std::string& inPath) {
     const carbon::UniqueFd fd(open(inPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     struct stat facts = {};
-    if (!fd || fstat(fd.Get(), &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_nlink != 1) return false;
+    if (!fd || fstat(fd.Get(), &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_nlink != 1)
+        return false;
     const UInt64 size = UInt64(facts.st_size);
-    if (std::none_of(kCapacities.begin(), kCapacities.end(), [&](const auto& c) { return c.bytes == size; }))
+    if (std::none_of(kCapacities.begin(), kCapacities.end(),
+                     [&](const auto& c) { return c.bytes == size; }))
         return false;
     if (size == 0) return true;
     const off_t data = lseek(fd.Get(), 0, SEEK_DATA);
@@ -107,7 +113,8 @@ std::string ImageDrive::FreshPath(const std::string& inFolder, const std::string
     const fs::path name(inName);
     std::string path = inFolder + "/" + inName;
     for (int number = 2; fs::exists(fs::symlink_status(path)); ++number)
-        path = inFolder + "/" + name.stem().string() + " " + std::to_string(number) + name.extension().string();
+        path = inFolder + "/" + name.stem().string() + " " + std::to_string(number) +
+               name.extension().string();
     return path;
 }
 
@@ -137,10 +144,12 @@ std::unique_ptr<Recording> ImageDrive::Begin(const DiscGoal& inGoal) {
     if (!inGoal.outputPath.empty() && inGoal.outputPath[0] != '/')
         throw BurnFailure(paramErr, "\"" + inGoal.outputPath + "\" is not an absolute path.");
     if (inGoal.simulate) {
-        const std::string folder = inGoal.outputPath.empty() ? Finished() : FolderOf(inGoal.outputPath);
+        const std::string folder =
+            inGoal.outputPath.empty() ? Finished() : FolderOf(inGoal.outputPath);
         return std::make_unique<SimulatedRecording>(folder, mCapacity);
     }
-    if (!HasBlankDisc()) throw BurnFailure(kNoDiscErr, "There is no blank disc in " + mFolder + ".");
+    if (!HasBlankDisc())
+        throw BurnFailure(kNoDiscErr, "There is no blank disc in " + mFolder + ".");
     const std::string blank = Disc();
     std::string goal = inGoal.outputPath;
     if (goal.empty())

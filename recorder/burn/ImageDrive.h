@@ -10,9 +10,10 @@ namespace recorder {
 // The folder holds:
 //   tray/      the disc in the drive: the first file there by name
 //   finished/  discs that have been ejected
-//   settings   optional lines "blanks automatic" or "blanks manual", "kind unlimited", "kind cd", "kind dvd" or "kind bd"
-// An automatic drive, the default, makes blank discs of its kind itself; into a manual one somebody puts them.
-// Probe() may be called from any thread.
+//   settings   optional lines "blanks automatic" or "blanks manual", "kind unlimited", "kind cd",
+//   "kind dvd" or "kind bd"
+// An automatic drive, the default, makes blank discs of its kind itself; into a manual one somebody
+// puts them. Probe() may be called from any thread.
 class ImageDrive : public Drive {
   public:
     // Creates what is missing of the folder.
@@ -34,7 +35,8 @@ class ImageDrive : public Drive {
     UInt64 mCapacity = 0;  // of the blank discs it makes; 0 is unlimited
 };
 
-// Whether a file is a blank disc: writable, under one name only, of a known capacity, and without any content.
+// Whether a file is a blank disc: writable, under one name only, of a known capacity, and without
+// any content.
 bool IsBlankDisc(const std::string& inPath);
 
 }  // namespace recorder

@@ -1,5 +1,5 @@
-// Owns the writing of image files. libburn could write them too; doing it here gives the true errno of every write, ends at once
-// when cancelled, and leaves holes where a source is empty.
+// Owns the writing of image files. libburn could write them too; doing it here gives the true errno
+// of every write, ends at once when cancelled, and leaves holes where a source is empty.
 #include "burn/ImageRecording.h"
 
 #include <fcntl.h>
@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -14,6 +15,7 @@ namespace recorder {
 namespace {
 
 constexpr UInt64 kPushWindow = 16 * 1024 * 1024;
+constexpr size_t kDirectUnit = 4096;
 
 bool IsAllZero(const UInt8* inData, size_t inSize) {
     return inData[0] == 0 && std::memcmp(inData, inData + 1, inSize - 1) == 0;
@@ -21,8 +23,9 @@ bool IsAllZero(const UInt8* inData, size_t inSize) {
 
 void CheckCapacity(UInt64 inBytes, UInt64 inCapacity) {
     if (inCapacity != 0 && inBytes > inCapacity)
-        throw BurnFailure(dskFulErr, "The disc holds " + std::to_string(inCapacity / 1'000'000) + " MB, " +
-                                         std::to_string(inBytes / 1'000'000) + " MB are needed.");
+        throw BurnFailure(dskFulErr, "The disc holds " + std::to_string(inCapacity / 1'000'000) +
+                                         " MB, " + std::to_string(inBytes / 1'000'000) +
+                                         " MB are needed.");
 }
 
 }  // namespace
@@ -36,22 +39,27 @@ void ImageRecording::Reserve(UInt64 inBytes) {
 }
 
 void ImageRecording::WriteChunk(const UInt8* inData, size_t inSize, UInt64 inOffset) {
-    if (IsAllZero(inData, inSize)) return;  // the file is as long as the disc already and reads as zeros
+    if (IsAllZero(inData, inSize))
+        return;  // the file is as long as the disc already and reads as zeros
     for (size_t written = 0; written < inSize;) {
-        const ssize_t count = pwrite(mFile.Fd(), inData + written, inSize - written, off_t(inOffset + written));
+        const ssize_t count =
+            pwrite(mFile.Fd(), inData + written, inSize - written, off_t(inOffset + written));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
         written += size_t(count);
     }
 }
 
-// Starts the disk on the window just filled and waits for the one before: what a cancel has to wait for stays small.
+// Starts the disk on the window just filled and waits for the one before: what a cancel has to wait
+// for stays small.
 void ImageRecording::PushToDisk(UInt64 inOffset) {
     if (inOffset % kPushWindow != 0) return;
-    sync_file_range(mFile.Fd(), off_t(inOffset - kPushWindow), off_t(kPushWindow), SYNC_FILE_RANGE_WRITE);
+    sync_file_range(mFile.Fd(), off_t(inOffset - kPushWindow), off_t(kPushWindow),
+                    SYNC_FILE_RANGE_WRITE);
     if (inOffset > kPushWindow)
-        sync_file_range(mFile.Fd(), off_t(inOffset - 2 * kPushWindow), off_t(kPushWindow),
-                        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+        sync_file_range(
+            mFile.Fd(), off_t(inOffset - 2 * kPushWindow), off_t(kPushWindow),
+            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
 }
 
 void ImageRecording::Write(ImageStream& inStream, const JobContext& inContext) {
@@ -70,17 +78,29 @@ void ImageRecording::Write(ImageStream& inStream, const JobContext& inContext) {
     mFile.Sync();
 }
 
+// Past the page cache where the file system can, so that the disk is checked and not our memory of
+// it.
 void ImageRecording::PrepareReadBack() {
+    mDirect.Reset(open(("/proc/self/fd/" + std::to_string(mFile.Fd())).c_str(),
+                       O_RDONLY | O_CLOEXEC | O_DIRECT));
     posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_DONTNEED);
     posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_SEQUENTIAL);
 }
 
 void ImageRecording::ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) {
+    const bool aligned = (inOffset | reinterpret_cast<uintptr_t>(outData)) % kDirectUnit == 0;
+    const size_t direct = mDirect && aligned ? inSize - inSize % kDirectUnit : 0;
+    ReadFrom(mDirect.Get(), inOffset, outData, direct);
+    ReadFrom(mFile.Fd(), inOffset + direct, outData + direct, inSize - direct);
+}
+
+void ImageRecording::ReadFrom(int inFd, UInt64 inOffset, UInt8* outData, size_t inSize) {
     for (size_t done = 0; done < inSize;) {
-        const ssize_t count = pread(mFile.Fd(), outData + done, inSize - done, off_t(inOffset + done));
+        const ssize_t count = pread(inFd, outData + done, inSize - done, off_t(inOffset + done));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
-        if (count == 0) throw BurnFailure(dataVerErr, mFile.Goal() + ": is shorter than what was written.");
+        if (count == 0)
+            throw BurnFailure(dataVerErr, mFile.Goal() + ": is shorter than what was written.");
         done += size_t(count);
     }
 }
@@ -115,6 +135,8 @@ void SimulatedRecording::ReadBack(UInt64, UInt8*, size_t) {
     throw BurnFailure(paramErr, "A simulated disc cannot be read back.");
 }
 
-std::string SimulatedRecording::Finish() { return {}; }
+std::string SimulatedRecording::Finish() {
+    return {};
+}
 
 }  // namespace recorder

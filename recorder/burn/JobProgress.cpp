@@ -9,12 +9,14 @@
 namespace recorder {
 namespace {
 
-constexpr SInt32 kFirstStatus = 2, kLastWriting = 79, kFirstVerifying = 80, kLastVerifying = 99, kClosing = 100;
+constexpr SInt32 kFirstStatus = 2, kLastWriting = 79, kFirstVerifying = 80, kLastVerifying = 99,
+                 kClosing = 100;
 constexpr auto kRateWindow = std::chrono::seconds(2), kPatience = std::chrono::seconds(3);
 
 SInt32 Scale(SInt32 inFrom, SInt32 inTo, UInt64 inDone, UInt64 inTotal) {
     if (inTotal == 0) return inFrom;
-    return inFrom + SInt32(double(inTo - inFrom) * double(std::min(inDone, inTotal)) / double(inTotal));
+    return inFrom +
+           SInt32(double(inTo - inFrom) * double(std::min(inDone, inTotal)) / double(inTotal));
 }
 
 std::string Megabytes(UInt64 inBytes) {
@@ -148,7 +150,8 @@ std::string JobProgress::Text() const {
     const auto still = Clock::now() - mLastMove;
     if (still >= kPatience)
         text += " (waiting for the files or the drive for " +
-                std::to_string(std::chrono::duration_cast<std::chrono::seconds>(still).count()) + " seconds)";
+                std::to_string(std::chrono::duration_cast<std::chrono::seconds>(still).count()) +
+                " seconds)";
     return text + ".";
 }
 

@@ -14,7 +14,8 @@ enum class Phase { Idle, Preparing, Writing, Verifying, Closing, Done, Cancelled
 // One moment of a job.
 struct ProgressSnapshot {
     Phase phase = Phase::Idle;
-    SInt32 status = 0;   // 0 idle or done, 2..79 preparing and writing, 80..99 verifying, 100 closing, else the error; never 1
+    SInt32 status = 0;   // 0 idle or done, 2..79 preparing and writing, 80..99 verifying, 100
+                         // closing, else the error; never 1
     SInt32 percent = 0;  // of the phase
     UInt64 bytesDone = 0, bytesTotal = 0;  // of the phase; total 0 while unknown
     UInt64 bytesPerSecond = 0;             // over the last seconds
@@ -28,7 +29,8 @@ class JobProgress {
     void Begin();  // a new job: preparing
     void Enter(Phase inPhase, UInt64 inBytesTotal);
     void Move(UInt64 inBytesDone);
-    // What is being done within the phase, shown in the text, and the file it is done to; either may be empty.
+    // What is being done within the phase, shown in the text, and the file it is done to; either
+    // may be empty.
     void Doing(const std::string& inAction);
     void File(const std::string& inPath);
     void Found(UInt64 inItems, const std::string& inFolder);

@@ -42,9 +42,12 @@ class Walk {
     SourceTree Finish();
 
   private:
-    void AddEntry(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath);
-    void AddFile(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath);
-    void AddLink(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath);
+    void AddEntry(SourceNode&& inNode, int inFolderFd, const char* inName,
+                  const std::string& inPath);
+    void AddFile(SourceNode&& inNode, int inFolderFd, const char* inName,
+                 const std::string& inPath);
+    void AddLink(SourceNode&& inNode, int inFolderFd, const char* inName,
+                 const std::string& inPath);
     void ReadFolder(size_t inIndex);
     void Unreadable(const std::string& inPath, int inErrno);
 
@@ -65,7 +68,8 @@ void Walk::AddItem(const std::string& inPath) {
     AddEntry(std::move(node), AT_FDCWD, inPath.c_str(), inPath);
 }
 
-void Walk::AddEntry(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath) {
+void Walk::AddEntry(SourceNode&& inNode, int inFolderFd, const char* inName,
+                    const std::string& inPath) {
     for (auto& line : NamesThatChange(inNode.name, inPath)) mTree.report.push_back(std::move(line));
     switch (inNode.facts.st_mode & S_IFMT) {
         case S_IFDIR:
@@ -82,7 +86,8 @@ void Walk::AddEntry(SourceNode&& inNode, int inFolderFd, const char* inName, con
     }
 }
 
-void Walk::AddFile(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath) {
+void Walk::AddFile(SourceNode&& inNode, int inFolderFd, const char* inName,
+                   const std::string& inPath) {
     if (faccessat(inFolderFd, inName, R_OK, AT_EACCESS) != 0) return Unreadable(inPath, errno);
     inNode.kind = SourceNode::Kind::File;
     if (mWithFinderInfo) ReadFinderInfo(inFolderFd, inName, &inNode.type, &inNode.creator);
@@ -90,7 +95,8 @@ void Walk::AddFile(SourceNode&& inNode, int inFolderFd, const char* inName, cons
     mTree.nodes.push_back(std::move(inNode));
 }
 
-void Walk::AddLink(SourceNode&& inNode, int inFolderFd, const char* inName, const std::string& inPath) {
+void Walk::AddLink(SourceNode&& inNode, int inFolderFd, const char* inName,
+                   const std::string& inPath) {
     char target[4096];
     const ssize_t size = readlinkat(inFolderFd, inName, target, sizeof target);
     if (size < 0) return Unreadable(inPath, errno);
@@ -112,7 +118,8 @@ void Walk::ReadFolder(size_t inIndex) {
             names.emplace_back(entry->d_name);
     }
     if (errno != 0) return Unreadable(path, errno);
-    // Descending: libisofs finds the place of a new name from the front, so each one goes there at once.
+    // Descending: libisofs finds the place of a new name from the front, so each one goes there at
+    // once.
     std::sort(names.begin(), names.end(), std::greater<>());
     size_t count = 0;
     for (auto& name : names) {
@@ -134,7 +141,8 @@ SourceTree Walk::Finish() {
     return std::move(mTree);
 }
 
-// An item's companion holds what its file system has no place for: it goes along, as inside folders.
+// An item's companion holds what its file system has no place for: it goes along, as inside
+// folders.
 void AddCompanions(std::vector<std::string>& ioPaths) {
     const size_t count = ioPaths.size();
     for (size_t i = 0; i < count; ++i) {
@@ -149,7 +157,8 @@ void RefuseSameNames(const std::vector<std::string>& inPaths) {
     std::set<std::string> names;
     for (const auto& path : inPaths)
         if (!names.insert(LeafName(path)).second)
-            throw BurnFailure(dupFNErr, "Two of the added items are called \"" + LeafName(path) + "\".");
+            throw BurnFailure(dupFNErr,
+                              "Two of the added items are called \"" + LeafName(path) + "\".");
 }
 
 }  // namespace

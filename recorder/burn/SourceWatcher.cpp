@@ -3,10 +3,13 @@
 
 namespace recorder {
 
-SourceWatcher::SourceWatcher(const std::atomic<bool>& inStop) : mStop(inStop), mBuffer(kSourceBufferSize) {
+SourceWatcher::SourceWatcher(const std::atomic<bool>& inStop)
+    : mStop(inStop), mBuffer(kSourceBufferSize) {
     mWatch.context = this;
     mWatch.buffer = mBuffer.data();
-    mWatch.stopped = [](void* self) { return static_cast<SourceWatcher*>(self)->mStop.load() ? 1 : 0; };
+    mWatch.stopped = [](void* self) {
+        return static_cast<SourceWatcher*>(self)->mStop.load() ? 1 : 0;
+    };
     mWatch.opened = [](void* self, const char* path) {
         auto* watcher = static_cast<SourceWatcher*>(self);
         const std::lock_guard lock(watcher->mMutex);
@@ -21,7 +24,8 @@ void SourceWatcher::Failed(const char* inPath, SourceFault inFault, int inError)
     const std::lock_guard lock(mMutex);
     if (mFailure) return;
     if (inFault == kSourceChanged)
-        mFailure = BurnFailure(ioErr, std::string(inPath) + ": changed while the disc was being written.");
+        mFailure =
+            BurnFailure(ioErr, std::string(inPath) + ": changed while the disc was being written.");
     else
         mFailure = FailureFromErrno(inError, inPath);
 }

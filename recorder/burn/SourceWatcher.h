@@ -1,4 +1,5 @@
-// Follows the files of a job while libisofs reads them: which one is open, and whether one was not what it had been.
+// Follows the files of a job while libisofs reads them: which one is open, and whether one was not
+// what it had been.
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,5 @@
-// Owns unfinished image files: their names, their locks, and the notes by which the next start finds what a crash left behind.
+// Owns unfinished image files: their names, their locks, and the notes by which the next start
+// finds what a crash left behind.
 #include "burn/WorkFile.h"
 
 #include <fcntl.h>
@@ -25,15 +26,17 @@ constexpr size_t kLongestName = 255;
 const std::string kSuffix = ".part";
 
 std::string PartPath(const std::string& inGoal) {
-    return FolderOf(inGoal) + "/." + CutName(LeafName(inGoal), kLongestName - 1 - kSuffix.size()) + kSuffix;
+    return FolderOf(inGoal) + "/." + CutName(LeafName(inGoal), kLongestName - 1 - kSuffix.size()) +
+           kSuffix;
 }
 
 // One symbolic link for each unfinished file, pointing to it.
 fs::path NotesFolder() {
     const char* state = std::getenv("XDG_STATE_HOME");
     const char* home = std::getenv("HOME");
-    const fs::path base = state != nullptr && *state == '/' ? fs::path(state)
-                                                            : fs::path(home ? home : "/tmp") / ".local/state";
+    const fs::path base = state != nullptr && *state == '/'
+                              ? fs::path(state)
+                              : fs::path(home ? home : "/tmp") / ".local/state";
     return base / "vantor/recorder/unfinished";
 }
 
@@ -50,8 +53,8 @@ std::string LeaveNote(const std::string& inPart) {
 // Whether the file at this path is the one that is open, and no other that took its name meanwhile.
 bool IsSameFile(int inFd, const std::string& inPath) {
     struct stat open = {}, named = {};
-    return fstat(inFd, &open) == 0 && lstat(inPath.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
+    return fstat(inFd, &open) == 0 && lstat(inPath.c_str(), &named) == 0 &&
+           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
 enum class Leftover { Gone, Removed, InUse };
@@ -113,7 +116,8 @@ WorkFile::~WorkFile() {
 }
 
 void WorkFile::Create() {
-    // Again when somebody's clean-up took the new file for a leftover in the moment before it was locked.
+    // Again when somebody's clean-up took the new file for a leftover in the moment before it was
+    // locked.
     do {
         if (RemoveIfAbandoned(mPart) == Leftover::InUse && Exists(mPart))
             throw BurnFailure(fBsyErr, mGoal + ": is being written already.");
@@ -126,8 +130,9 @@ void WorkFile::Create() {
 void WorkFile::Reserve(UInt64 inBytes) {
     const UInt64 space = FreeSpace(FolderOf(mPart));
     if (inBytes > space)
-        throw BurnFailure(dskFulErr, mGoal + ": the disc needs " + std::to_string(inBytes / 1'000'000) +
-                                         " MB, only " + std::to_string(space / 1'000'000) + " MB are free.");
+        throw BurnFailure(dskFulErr, mGoal + ": the disc needs " +
+                                         std::to_string(inBytes / 1'000'000) + " MB, only " +
+                                         std::to_string(space / 1'000'000) + " MB are free.");
     if (fallocate(mFd.Get(), 0, 0, off_t(inBytes)) == 0) return;
     if (errno != EOPNOTSUPP && errno != ENOSYS) throw FailureFromErrno(errno, mGoal);
     if (ftruncate(mFd.Get(), off_t(inBytes)) != 0) throw FailureFromErrno(errno, mGoal);
@@ -155,7 +160,8 @@ void WorkFile::Deliver() {
     Sync();
     Rename();
     mDelivered = true;
-    const carbon::UniqueFd folder(open(FolderOf(mGoal).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const carbon::UniqueFd folder(
+        open(FolderOf(mGoal).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder || fsync(folder.Get()) != 0) throw FailureFromErrno(errno, FolderOf(mGoal));
 }
 

@@ -1,4 +1,5 @@
-// A file in the making: it carries another name until it is complete, and goes away when it never is.
+// A file in the making: it carries another name until it is complete, and goes away when it never
+// is.
 #pragma once
 
 #include <Carbon/MacTypes.h>
@@ -11,8 +12,8 @@ namespace recorder {
 
 class WorkFile {
   public:
-    // Creates `.NAME.part` beside the goal. dupFNErr when the goal exists and may not be replaced, fBsyErr when it is already
-    // being written, permErr when the folder cannot be written to.
+    // Creates `.NAME.part` beside the goal. dupFNErr when the goal exists and may not be replaced,
+    // fBsyErr when it is already being written, permErr when the folder cannot be written to.
     WorkFile(const std::string& inGoal, bool inReplace);
     // Removes the file unless it was delivered.
     ~WorkFile();

@@ -22,7 +22,9 @@ struct Reader {
 };
 
 // Opening and closing always succeed: the drive is held by the job.
-int AlwaysFine(IsoDataSource*) { return 1; }
+int AlwaysFine(IsoDataSource*) {
+    return 1;
+}
 
 int ReadSector(IsoDataSource* inSource, uint32_t inSector, uint8_t* outData) {
     const auto* reader = static_cast<const Reader*>(inSource->data);
@@ -86,14 +88,16 @@ bool Overlaps(const Sections& inSections, UInt64 inOffset, UInt64 inLength) {
 bool IsIntact(Reader& inReader, IsoImage* inImage, IsoFile* inFile, const Sections& inSections) {
     char recorded[16], found[16];
     void* sum = nullptr;
-    if (iso_file_get_md5(inImage, inFile, recorded, 0) <= 0 || iso_md5_start(&sum) <= 0) return false;
+    if (iso_file_get_md5(inImage, inFile, recorded, 0) <= 0 || iso_md5_start(&sum) <= 0)
+        return false;
     bool readable = true;
     std::vector<UInt8> chunk(Recording::kChunk);
     for (const auto& section : inSections) {
         for (UInt64 done = 0; readable && done < section.size;) {
             const size_t count = size_t(std::min<UInt64>(chunk.size(), section.size - done));
             try {
-                inReader.recording.ReadBack(UInt64(section.block) * kSector + done, chunk.data(), count);
+                inReader.recording.ReadBack(UInt64(section.block) * kSector + done, chunk.data(),
+                                            count);
             } catch (const BurnFailure&) {
                 readable = false;  // then this is the damaged one
             }
@@ -116,7 +120,8 @@ std::string FindFile(Reader& inReader, IsoImage* inImage, UInt64 inOffset, UInt6
             if (ISO_NODE_IS_DIR(node)) folders.emplace_back(ISO_DIR(node), path);
             if (!ISO_NODE_IS_FILE(node)) continue;
             const Sections sections = SectionsOf(ISO_FILE(node));
-            if (Overlaps(sections, inOffset, inLength) && !IsIntact(inReader, inImage, ISO_FILE(node), sections))
+            if (Overlaps(sections, inOffset, inLength) &&
+                !IsIntact(inReader, inImage, ISO_FILE(node), sections))
                 found = path;
         }
         iso_dir_iter_free(children);
@@ -127,7 +132,8 @@ std::string FindFile(Reader& inReader, IsoImage* inImage, UInt64 inOffset, UInt6
 
 }  // namespace
 
-std::string WhatLiesAt(Recording& inRecording, UInt64 inDiscSize, UInt64 inOffset, UInt64 inLength) {
+std::string WhatLiesAt(Recording& inRecording, UInt64 inDiscSize, UInt64 inOffset,
+                       UInt64 inLength) {
     Reader reader{inRecording, inDiscSize};
     const auto image = Import(reader);
     const std::string file = image ? FindFile(reader, image.get(), inOffset, inLength) : "";

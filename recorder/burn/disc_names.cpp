@@ -8,7 +8,9 @@ constexpr int kLongestJolietName = 103;
 
 // Bytes of the character that starts here; 0 when it is malformed.
 size_t CharacterSize(const std::string& inName, size_t inAt) {
-    const auto byte = [&](size_t i) { return i < inName.size() ? static_cast<unsigned char>(inName[i]) : 0u; };
+    const auto byte = [&](size_t i) {
+        return i < inName.size() ? static_cast<unsigned char>(inName[i]) : 0u;
+    };
     const unsigned first = byte(inAt), second = byte(inAt + 1);
     if (first < 0x80) return 1;
     const size_t size = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;

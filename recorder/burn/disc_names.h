@@ -6,10 +6,12 @@
 
 namespace recorder {
 
-// One line when readers that use Joliet names show this name differently; none when all show it as it is.
+// One line when readers that use Joliet names show this name differently; none when all show it as
+// it is.
 std::vector<std::string> NamesThatChange(const std::string& inName, const std::string& inPath);
 
-// UTF-16 units the name takes, or -1 when it is not UTF-8; sets *outBeyond when a character needs two units.
+// UTF-16 units the name takes, or -1 when it is not UTF-8; sets *outBeyond when a character needs
+// two units.
 int Utf16Units(const std::string& inName, bool* outBeyond);
 
 // Cuts the name to at most inBytes without splitting a character.

@@ -1,4 +1,5 @@
-// Owns the start of libburn and libisofs, and the one place where their messages become result codes.
+// Owns the start of libburn and libisofs, and the one place where their messages become result
+// codes.
 #include "burn/libraries.h"
 
 #include <cerrno>
@@ -13,7 +14,8 @@
 namespace recorder {
 namespace {
 
-constexpr int kIsoStopped = 0x3FEB2, kSourceEnded = 0x20180;         // consequences of a stop, never its cause
+constexpr int kIsoStopped = 0x3FEB2,
+              kSourceEnded = 0x20180;  // consequences of a stop, never its cause
 constexpr int kCannotOpen = 0x20005, kNoWriteMode = 0x2012B, kWrongMedium = 0x20139;
 
 struct Message {
@@ -59,7 +61,8 @@ void StartLibraries() {
         throw BurnFailure(memFullErr, "The disc libraries cannot be started.");
     iso_set_local_charset(const_cast<char*>("UTF-8"), 0);
     burn::burn_allow_drive_role_4(3);
-    iso_set_msgs_severities(const_cast<char*>("NOTE"), const_cast<char*>("NEVER"), const_cast<char*>("libisofs : "));
+    iso_set_msgs_severities(const_cast<char*>("NOTE"), const_cast<char*>("NEVER"),
+                            const_cast<char*>("libisofs : "));
     burn::burn_msgs_set_severities(const_cast<char*>("NOTE"), const_cast<char*>("NEVER"),
                                    const_cast<char*>("libburn : "));
     iso_set_abort_severity(const_cast<char*>("MISHAP"));
@@ -78,7 +81,8 @@ void ForgetMessages() {
 std::optional<BurnFailure> CauseFromMessages() {
     Listen();
     for (const auto& message : Heard())
-        if (message.error != 0 && message.grave) return BurnFailure(CodeFromMessage(message), message.text);
+        if (message.error != 0 && message.grave)
+            return BurnFailure(CodeFromMessage(message), message.text);
     for (const auto& message : Heard())
         if (message.error != 0) return BurnFailure(CodeFromMessage(message), message.text);
     for (const auto& message : Heard())

@@ -14,8 +14,9 @@ void FinishLibraries();
 // Forgets what both libraries have said so far.
 void ForgetMessages();
 
-// Takes in what both have said since; they queue without end, so it is called at every turn. Messages for which libburn gives an
-// errno come first, then anything as bad as a mishap that is not merely the consequence of a stop.
+// Takes in what both have said since; they queue without end, so it is called at every turn.
+// Messages for which libburn gives an errno come first, then anything as bad as a mishap that is
+// not merely the consequence of a stop.
 std::optional<BurnFailure> CauseFromMessages();
 
 }  // namespace recorder

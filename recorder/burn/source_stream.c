@@ -1,5 +1,5 @@
-/* Owns the table of functions through which libisofs reads our files. It is C because libisofs' structure has a member
-   called "class". */
+/* Owns the table of functions through which libisofs reads our files. It is C because libisofs'
+   structure has a member called "class". */
 #include "source_stream.h"
 
 #include <errno.h>
@@ -26,7 +26,9 @@ struct SourceStream {
     size_t have, used; /* of the buffer */
 };
 
-static struct SourceStream* Source(IsoStream* stream) { return stream->data; }
+static struct SourceStream* Source(IsoStream* stream) {
+    return stream->data;
+}
 
 static int Fail(struct SourceStream* source, enum SourceFault fault, int error) {
     source->watch->failed(source->watch->context, source->path, fault, error);
@@ -107,7 +109,9 @@ static int Read(IsoStream* stream, void* buf, size_t count) {
     return (int)taken;
 }
 
-static off_t GetSize(IsoStream* stream) { return Source(stream)->size; }
+static off_t GetSize(IsoStream* stream) {
+    return Source(stream)->size;
+}
 
 static int IsRepeatable(IsoStream* stream) {
     (void)stream;
@@ -140,10 +144,11 @@ static IsoStream* GetInputStream(IsoStream* stream, int flag) {
 }
 
 static IsoStreamIface sSourceStreamInterface = {
-    2,      {'u', 's', 'e', 'r'}, Open,       Close,          GetSize, Read, IsRepeatable, GetId, Free,
-    UpdateSize, GetInputStream, NULL, NULL};
+    2,    {'u', 's', 'e', 'r'}, Open,           Close, GetSize, Read, IsRepeatable, GetId,
+    Free, UpdateSize,           GetInputStream, NULL,  NULL};
 
-int NewSourceStream(const char* path, const struct stat* facts, const struct SourceWatch* watch, void** out) {
+int NewSourceStream(const char* path, const struct stat* facts, const struct SourceWatch* watch,
+                    void** out) {
     struct SourceStream* source = calloc(1, sizeof *source);
     IsoStream* stream = calloc(1, sizeof *stream);
     char* copy = strdup(path);
@@ -153,11 +158,13 @@ int NewSourceStream(const char* path, const struct stat* facts, const struct Sou
         free(copy);
         return (int)ISO_OUT_OF_MEM;
     }
-    *source = (struct SourceStream){copy, facts->st_size, facts->st_mtim, facts->st_dev, facts->st_ino,
-                                    watch, -1, 0, 0, 0};
+    *source = (struct SourceStream){
+        copy, facts->st_size, facts->st_mtim, facts->st_dev, facts->st_ino, watch, -1, 0, 0, 0};
     *stream = (IsoStream){&sSourceStreamInterface, 1, source};
     *out = stream;
     return 1;
 }
 
-void FreeSourceStream(void* stream) { iso_stream_unref(stream); }
+void FreeSourceStream(void* stream) {
+    iso_stream_unref(stream);
+}
