@@ -114,7 +114,7 @@ TEST(FindResource, DoesNotTakeANewHandleForTheResourceThatStoodThere) {
     const Handle resource = NewResource({7, 0});
     DisposeHandle(resource);  // wrong, and done by programs
     Handle again = nullptr;
-    for (int i = 0; i < 5000 && again != resource; ++i) {
+    for (int i = 0; i < 500000 && again != resource; ++i) {
         again = NewHandle(1);
         if (again != resource) DisposeHandle(again);
     }

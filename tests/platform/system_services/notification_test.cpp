@@ -18,7 +18,9 @@ void RespondByRemoving(NMRecPtr inRequest) {
     gResponses += NMRemove(inRequest) == noErr ? 1 : 1000;
 }
 
-QElemPtr After(const NMRec& inRequest) { return inRequest.qLink; }
+QElemPtr After(const NMRec& inRequest) {
+    return inRequest.qLink;
+}
 
 class Notifications : public testing::Test {
   protected:
