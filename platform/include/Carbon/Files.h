@@ -72,9 +72,10 @@ struct FSCatalogInfo {
     UTCDateTime contentModDate;
     UTCDateTime attributeModDate;
     UTCDateTime accessDate;
-    UTCDateTime backupDate;  // zero when never backed up
-    UInt32 permissions[4];   // user ID, group ID, (user's access << 16) + mode, 0
-    UInt8 finderInfo[16];    // an FInfo or a DInfo
+    UTCDateTime backupDate;   // zero when never backed up
+    UInt32 permissions[4];    // user ID; group ID; a zero byte, the user's access (read 4, write 2,
+                              // execute 1) as a byte, the mode as a UInt16; 0
+    UInt8 finderInfo[16];     // an FInfo or a DInfo
     UInt8 extFinderInfo[16];  // an FXInfo or a DXInfo
     UInt64 dataLogicalSize;
     UInt64 dataPhysicalSize;

@@ -1,0 +1,30 @@
+// Names within one folder: which entry a spec's name means, and which name an entry has in a spec.
+#pragma once
+
+#include <Carbon/Files.h>
+
+#include <string>
+
+#include "file_manager/folders.h"
+
+namespace carbon {
+
+struct Entry {
+    std::string diskName;
+    ObjectStatus status;
+};
+
+// A name with a number means the object with that number; else the exact spelling counts, else the
+// one that differs in the form of its accents, else one that differs in case. fnfErr sets
+// `diskName` to what a new entry of that name would be called.
+OSErr FindEntry(Folders& ioFolders, const Folder& inFolder, std::string_view inSpecName,
+                Entry* outEntry);
+
+// The same for a name in UTF-8 as long as the disk allows. Where none is exact, one that differs in
+// the form of its accents or in case counts.
+OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, Entry* outEntry);
+
+// The name that leads FindEntry to this entry and to no other one.
+std::string SpecNameOfEntry(Folders& ioFolders, const Folder& inFolder, const Entry& inEntry);
+
+}  // namespace carbon

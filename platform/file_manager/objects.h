@@ -1,0 +1,66 @@
+// One file or folder as the three worlds name it: a spec, a reference, a path.
+#pragma once
+
+#include <Carbon/Files.h>
+
+#include <string>
+#include <unordered_map>
+
+#include "file_manager/folders.h"
+
+namespace carbon {
+
+struct Entry;
+
+struct Object {
+    FSSpec spec{};
+    std::string path;
+    std::string diskName;
+    ObjectStatus status;
+};
+
+// Finds objects by any of their names. An object that has not changed since it was last asked for
+// costs one look at it.
+class Objects {
+  public:
+    // fnfErr sets everything but the status: only the last part is missing.
+    OSErr FindBySpec(const FSSpec& inSpec, Object* outObject);
+    OSErr FindByRef(const FSRef& inRef, Object* outObject);
+    OSErr FindByPath(const std::string& inPath, Object* outObject);
+    // The entry with that name on disk; fnfErr as above.
+    OSErr FindInFolder(const Folder& inFolder, const std::string& inDiskName, Object* outObject);
+    // The folder itself, as an entry of its parent.
+    OSErr FindFolder(const Folder& inFolder, Object* outObject);
+
+    FSRef RefTo(const Object& inObject) const;
+    // The reference to the folder that an object lies in; one that names nothing for a root.
+    FSRef RefToParent(const Object& inObject);
+
+    Folders& AllFolders() { return mFolders; }
+
+  private:
+    OSErr FindEntryBySpec(const FSSpec& inSpec, Object* outObject);
+    OSErr TakeEntry(const Folder& inFolder, const Entry& inEntry, Object* outObject);
+    OSErr FindRoot(const Volume& inVolume, Object* outObject);
+    OSErr FindEntryByRef(const FSRef& inRef, Object* outObject);
+    OSErr FindMoved(const FSRef& inRef, Object* outObject);
+    bool Recall(const std::string& inKey, Object* outObject);
+    void Remember(const std::string& inKey, const Object& inObject);
+
+    Folders mFolders;
+    std::unordered_map<std::string, Object> mKnown;
+    UInt64 mEdition = 0;  // of the registry, when mKnown began
+};
+
+// The one catalog of this process, for as long as this lives. Nothing in here takes it twice.
+class Catalog {
+  public:
+    Catalog();
+    ~Catalog();
+    Catalog(const Catalog&) = delete;
+    Catalog& operator=(const Catalog&) = delete;
+
+    Objects* operator->() const;
+};
+
+}  // namespace carbon

@@ -1,0 +1,24 @@
+// Owns the mapping of a shared counter's file.
+#include "file_manager/shared_counter.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+
+#include "posix/UniqueFd.h"
+
+namespace carbon {
+
+static_assert(std::atomic<UInt64>::is_always_lock_free);
+
+SharedCounter::SharedCounter(const std::string& inPath) {
+    const UniqueFd file(open(inPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!file || ftruncate(file.Get(), sizeof mOwn) != 0) return;
+    void* memory = mmap(nullptr, sizeof mOwn, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
+    if (memory != MAP_FAILED) mValue = static_cast<std::atomic<UInt64>*>(memory);
+}
+
+SharedCounter::~SharedCounter() {
+    if (mValue != &mOwn) munmap(mValue, sizeof mOwn);
+}
+
+}  // namespace carbon

@@ -1,0 +1,75 @@
+// The volumes of this user: which there are, what number and name each has, where each one's root
+// is.
+#pragma once
+
+#include <Carbon/Files.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "file_manager/database.h"
+#include "file_manager/mounts.h"
+#include "file_manager/shared_counter.h"
+
+namespace carbon {
+
+struct Volume {
+    FSVolumeRefNum number = 0;
+    std::string name;       // MacRoman, at most 27 bytes
+    std::string root;       // path
+    std::string tablePath;  // where its numbers of folders are kept; empty when nowhere
+    UInt64 device = 0;
+    bool isReadOnly = false;
+    bool isOnNetwork = false;
+};
+
+// In their order: the root, other mounts as they were mounted, folders mounted as volumes. A volume
+// is known again by the file system's UUID (else its type and source) and the folder of it that is
+// mounted, and keeps its number for good.
+class VolumeRegistry {
+  public:
+    VolumeRegistry();
+
+    // Reads again if a mount has come or gone, for one poll.
+    void Refresh();
+    // The same for folders mounted by any process of the user, for no system call.
+    void RefreshFolders();
+    // Another number after each reading.
+    UInt64 Edition() const { return mEdition; }
+
+    const std::vector<Volume>& Volumes() const { return mVolumes; }
+    const Volume* Find(FSVolumeRefNum inNumber) const;
+    const Volume* FindByName(std::string_view inName) const;  // MacRoman, without regard to case
+    const Volume* FindByRoot(const std::string& inPath) const;
+    // The innermost volume that a path lies on.
+    const Volume& Containing(const std::string& inPath) const;
+
+    // A real path without symbolic links; the name may be empty for the folder's own.
+    OSErr MountFolder(const std::string& inPath, const std::string& inName,
+                      FSVolumeRefNum* outNumber);
+    OSErr UnmountFolder(FSVolumeRefNum inNumber);
+
+    void Close();                            // before a fork
+    void ForgetWatch() { mWatch.Forget(); }  // in the child
+
+  private:
+    void Read();
+    Database* Open();
+    void AddMounts();
+    void AddFolders();
+    void Add(Volume inVolume, const std::string& inIdentity, const std::string& inName);
+    bool Register(const std::string& inIdentity, const std::string& inName, Volume* ioVolume);
+    std::string UniqueName(const std::string& inName);
+
+    std::string mFolder;
+    std::unique_ptr<Database> mDatabase;
+    MountWatch mWatch;
+    SharedCounter mChanges;
+    UInt64 mSeenChanges = 0;
+    UInt64 mEdition = 0;
+    std::vector<Volume> mVolumes;
+};
+
+}  // namespace carbon
