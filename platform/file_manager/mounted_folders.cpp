@@ -1,6 +1,6 @@
 // Owns the calls that make volumes of folders.
 #include <Carbon/MacErrors.h>
-#include <Platform/Volumes.h>
+#include <Platform/Platform.h>
 
 #include <cerrno>
 #include <climits>

@@ -1,0 +1,76 @@
+// Another process for the tests: makes specs of paths and paths of specs, one request a run.
+//   spec PATH               prints error, volume, parent, name in hexadecimal
+//   path VOLUME PARENT HEX  prints error and path
+//   allocate FOLDER         makes folders below FOLDER and asks for their numbers until killed,
+//                           printing "number path" for each
+#include <Carbon/Carbon.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+std::string BytesOfHex(const std::string& inHex) {
+    std::string bytes;
+    for (size_t i = 0; i + 1 < inHex.size(); i += 2) {
+        bytes += char(std::stoi(inHex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+int PrintSpec(const char* inPath) {
+    FSRef ref;
+    FSSpec spec{};
+    OSStatus error = FSPathMakeRef(reinterpret_cast<const UInt8*>(inPath), &ref, nullptr);
+    if (error == noErr) error = FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
+    std::printf("%d %d %d ", int(error), spec.vRefNum, int(spec.parID));
+    for (int i = 1; i <= spec.name[0]; ++i) std::printf("%02x", spec.name[i]);
+    std::printf("\n");
+    return 0;
+}
+
+int PrintPath(const char* inVolume, const char* inParent, const std::string& inName) {
+    FSSpec spec{};
+    spec.vRefNum = FSVolumeRefNum(std::atoi(inVolume));
+    spec.parID = std::atoi(inParent);
+    spec.name[0] = UInt8(inName.size());
+    std::memcpy(spec.name + 1, inName.data(), inName.size());
+    FSRef ref;
+    UInt8 path[4096] = "";
+    OSStatus error = FSpMakeFSRef(&spec, &ref);
+    if (error == noErr) error = FSRefMakePath(&ref, path, sizeof path);
+    std::printf("%d %s\n", int(error), reinterpret_cast<const char*>(path));
+    return 0;
+}
+
+int AllocateForEver(const std::string& inFolder) {
+    for (int i = 0;; ++i) {
+        const auto folder = inFolder + "/" + std::to_string(getpid()) + "-" + std::to_string(i);
+        const auto child = folder + "/child";
+        if (mkdir(folder.c_str(), 0700) != 0 || mkdir(child.c_str(), 0700) != 0) return 1;
+        FSRef ref;
+        FSCatalogInfo info;
+        if (FSPathMakeRef(reinterpret_cast<const UInt8*>(folder.c_str()), &ref, nullptr) != noErr ||
+            FSGetCatalogInfo(&ref, kFSCatInfoNodeID, &info, nullptr, nullptr, nullptr) != noErr) {
+            return 1;
+        }
+        std::printf("%u %s\n", info.nodeID, folder.c_str());
+        std::fflush(stdout);
+    }
+}
+
+}  // namespace
+
+int main(int inCount, char** inArguments) {
+    const std::string command = inCount > 2 ? inArguments[1] : "";
+    if (command == "spec") return PrintSpec(inArguments[2]);
+    if (command == "path" && inCount == 5) {
+        return PrintPath(inArguments[2], inArguments[3], BytesOfHex(inArguments[4]));
+    }
+    if (command == "allocate") return AllocateForEver(inArguments[2]);
+    return 2;
+}
