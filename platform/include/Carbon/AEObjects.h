@@ -77,17 +77,6 @@ enum {
     kAEUseRelativeIterators = 0x0040  // tests step by next instead of by position
 };
 
-#pragma pack(push, 2)
-// The data of a 'ccnt' or 'exmn' token while a range or a test is resolved.
-struct ccntTokenRecord {
-    DescType tokenClass;
-    AEDesc token;
-};
-typedef struct ccntTokenRecord ccntTokenRecord;
-typedef ccntTokenRecord* ccntTokenRecPtr;
-typedef ccntTokenRecPtr* ccntTokenRecHandle;
-#pragma pack(pop)
-
 // Finds in `container` what is meant and makes its token.
 typedef OSErr (*OSLAccessorProcPtr)(DescType desiredClass, const AEDesc* container,
                                     DescType containerClass, DescType form,
