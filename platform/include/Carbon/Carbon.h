@@ -14,12 +14,14 @@
 #include <Carbon/Aliases.h>
 #include <Carbon/AppleEvents.h>
 #include <Carbon/CarbonEvents.h>
+#include <Carbon/CodeFragments.h>
 #include <Carbon/Dialogs.h>
 #include <Carbon/Endian.h>
 #include <Carbon/Events.h>
 #include <Carbon/Files.h>
 #include <Carbon/Finder.h>
 #include <Carbon/Gestalt.h>
+#include <Carbon/IntlResources.h>
 #include <Carbon/LSInfo.h>
 #include <Carbon/MacErrors.h>
 #include <Carbon/MacMemory.h>
@@ -30,9 +32,11 @@
 #include <Carbon/Processes.h>
 #include <Carbon/Quickdraw.h>
 #include <Carbon/Resources.h>
+#include <Carbon/Script.h>
 #include <Carbon/StringCompare.h>
 #include <Carbon/TextCommon.h>
 #include <Carbon/TextUtils.h>
 #include <Carbon/UTCUtils.h>
+#include <Carbon/fp.h>
 
 #endif

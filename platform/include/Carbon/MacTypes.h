@@ -117,6 +117,16 @@ typedef struct NumVersion NumVersion;
 
 enum { developStage = 0x20, alphaStage = 0x40, betaStage = 0x60, finalStage = 0x80 };
 
+// A number of 80 bits: the sign above 15 bits of exponent (16383 more than it is), then 64 bits of
+// mantissa, the highest 16 first, whose top bit is the integer. The five numbers are in the
+// machine's byte order.
+struct Float80 {
+    SInt16 exp;
+    UInt16 man[4];
+};
+typedef struct Float80 Float80;
+typedef struct Float80 extended80;
+
 struct UnsignedWide {
     UInt32 hi;
     UInt32 lo;

@@ -3,9 +3,7 @@
 #define CARBON_TEXTUTILS_H
 
 #include <Carbon/MacTypes.h>
-
-// Scripts that the calls below take. Text is MacRoman in all three.
-enum { smCurrentScript = -2, smSystemScript = -1, smRoman = 0 };
+#include <Carbon/Script.h>
 
 PLATFORM_DECLARATIONS_BEGIN
 
@@ -24,8 +22,9 @@ void p2cstrcpy(char* dst, ConstStr255Param src);
 void UpperString(Str255 theString, Boolean diacSensitive);
 
 // Changes `len` characters in place: capitals, small letters, letters without marks, both. A length
-// of 0 or less does nothing. Only the scripts above have tables: with any other one the text stays
-// as it is and ResError is resNotFound (noErr otherwise).
+// of 0 or less does nothing. Only the Roman script (smRoman, smSystemScript, smCurrentScript while
+// that is Roman) has tables: with any other one the text stays as it is and ResError is resNotFound
+// (noErr otherwise).
 void UppercaseText(Ptr textPtr, SInt16 len, ScriptCode script);
 void LowercaseText(Ptr textPtr, SInt16 len, ScriptCode script);
 void StripDiacritics(Ptr textPtr, SInt16 len, ScriptCode script);

@@ -46,6 +46,12 @@ void PlatformSetAlertHook(PlatformAlertHook hook, void* context);
 typedef void (*PlatformExitHook)(void* context);
 void PlatformSetExitHook(PlatformExitHook hook, void* context);
 
+// --- Text ---
+
+// Makes a script (smRoman, or smJapanese and any other of Script.h) the current one, which texts
+// are taken to be in when a call names smCurrentScript. The system's script stays Roman.
+void PlatformSetCurrentScript(ScriptCode script);
+
 // --- Memory ---
 
 // How many handles, and how many fixed blocks, are live now. A test that finds more of them
