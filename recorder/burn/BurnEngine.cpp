@@ -2,6 +2,7 @@
 #include "burn/BurnEngine.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <future>
 #include <limits>
@@ -106,13 +107,10 @@ void BurnEngine::BeginJob() {
     mProgress.Begin();
 }
 
-void BurnEngine::End() {
-    std::function<void()> tell;
-    {
-        const std::lock_guard lock(mMutex);
-        tell = mEndProc;
-    }
-    if (tell) tell();
+bool BurnEngine::WaitUntilQuiet(int inMilliseconds) {
+    std::unique_lock lock(mMutex);
+    return mQuiet.wait_for(lock, std::chrono::milliseconds(inMilliseconds),
+                           [&] { return !mBusy && mMeasurements == 0; });
 }
 
 void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
@@ -140,7 +138,7 @@ void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
         mBusy = false;
         mProgress.End(phase, code, text);
     }
-    End();
+    mQuiet.notify_all();
 }
 
 std::string BurnEngine::Work(const BurnRequest& inRequest) {
@@ -197,7 +195,7 @@ void BurnEngine::Measure(const std::vector<std::string>& inPaths) {
                 SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
             --mMeasurements;
         }
-        End();
+        mQuiet.notify_all();
     });
 }
 
@@ -225,11 +223,6 @@ DriveInfo BurnEngine::Probe(const std::string& inDriveId) {
 void BurnEngine::Eject(const std::string& inDriveId) {
     const std::shared_ptr<Drive> drive = mDrives.Open(inDriveId);
     RunNow([&] { drive->Eject(); });
-}
-
-void BurnEngine::SetEndProc(std::function<void()> inProc) {
-    const std::lock_guard lock(mMutex);
-    mEndProc = std::move(inProc);
 }
 
 }  // namespace recorder

@@ -47,6 +47,10 @@ class BurnEngine {
     void Forget();
 
     bool Busy() const;
+    // Waits until nothing runs and nothing is measured, or so much time has passed; whether that is
+    // so.
+    bool WaitUntilQuiet(int inMilliseconds);
+    SInt32 Status() const { return mProgress.CurrentStatus(); }
     ProgressSnapshot Progress() const { return mProgress.Snapshot(); }
     Snapshot Take() const;
     // Waits for the engine: fBsyErr while a job runs in a burner that only the engine may ask.
@@ -54,9 +58,6 @@ class BurnEngine {
     DriveInfo Probe(const std::string& inDriveId);
     void Eject(const std::string& inDriveId);
     std::vector<std::string> DriveIdentifiers() { return mDrives.Identifiers(); }
-
-    // Called on the engine's thread whenever a job, a request or a measurement has ended.
-    void SetEndProc(std::function<void()> inProc);
 
   private:
     using Task = std::function<void()>;
@@ -66,21 +67,19 @@ class BurnEngine {
     void RunNow(const Task& inTask);  // on the engine's thread, while it is idle; waits
     void BeginJob();
     void RunJob(const std::function<std::string()>& inWork);
-    void End();
     std::string Work(const BurnRequest& inRequest);
 
     DriveSource& mDrives;
     JobProgress mProgress;
     std::atomic<bool> mStop = false, mQuit = false;
     mutable std::mutex mMutex;
-    std::condition_variable mWake;
+    std::condition_variable mWake, mQuiet;
     std::deque<Task> mTasks;
     bool mBusy = false;
     BurnResult mResult;
     SInt32 mContentKiB = 0;
     unsigned mMeasurements = 0;  // ordered and not yet done
-    std::function<void()> mEndProc;
-    std::thread mThread;  // last: it uses all of the above
+    std::thread mThread;         // last: it uses all of the above
 };
 
 }  // namespace recorder

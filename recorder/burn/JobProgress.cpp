@@ -155,13 +155,22 @@ std::string JobProgress::Text() const {
     return text + ".";
 }
 
+SInt32 JobProgress::ShownStatus() const {
+    const SInt32 status = Status();
+    if (mPhase == Phase::Idle || mPhase >= Phase::Done) return status;
+    return mHighest = std::max(mHighest, status);
+}
+
+SInt32 JobProgress::CurrentStatus() const {
+    const std::lock_guard lock(mMutex);
+    return ShownStatus();
+}
+
 ProgressSnapshot JobProgress::Snapshot() const {
     const std::lock_guard lock(mMutex);
     ProgressSnapshot snapshot;
     snapshot.phase = mPhase;
-    snapshot.status = Status();
-    if (mPhase != Phase::Idle && mPhase < Phase::Done)
-        snapshot.status = mHighest = std::max(mHighest, snapshot.status);
+    snapshot.status = ShownStatus();
     snapshot.percent = mPhase == Phase::Done ? 100 : Scale(0, 100, mDone, mTotal);
     snapshot.bytesDone = mDone;
     snapshot.bytesTotal = mTotal;

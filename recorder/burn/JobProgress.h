@@ -39,6 +39,7 @@ class JobProgress {
 
     bool Busy() const;
     ProgressSnapshot Snapshot() const;
+    SInt32 CurrentStatus() const;  // the snapshot's, for those who ask for nothing else
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -46,6 +47,7 @@ class JobProgress {
     std::string Text() const;
     std::string Amounts() const;
     SInt32 Status() const;
+    SInt32 ShownStatus() const;
     void Moved() { mLastMove = Clock::now(); }
 
     mutable std::mutex mMutex;

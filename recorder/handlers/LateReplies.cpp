@@ -1,0 +1,61 @@
+// Owns suspended events, and the one place where exceptions become the errors of a reply.
+#include "handlers/LateReplies.h"
+
+#include <algorithm>
+#include <new>
+
+#include "burn/BurnFailure.h"
+#include "handlers/Values.h"
+#include "vantor/foundation/LException.h"
+
+namespace recorder {
+namespace {
+
+void PutSentence(const std::string& inText, AppleEvent* ioReply) {
+    if (ioReply == nullptr || ioReply->descriptorType == DescType(typeNull)) return;
+    const std::string text = MacRomanOf(inText);
+    AEPutParamPtr(ioReply, keyErrorString, typeChar, text.data(), Size(text.size()));
+}
+
+}  // namespace
+
+OSErr CodeOf(const std::function<void()>& inWork, AppleEvent* ioReply) {
+    try {
+        inWork();
+        return noErr;
+    } catch (const LException& exception) {
+        return OSErr(exception.GetErrorCode());
+    } catch (const BurnFailure& failure) {
+        PutSentence(failure.what(), ioReply);
+        return OSErr(failure.Code());
+    } catch (const std::bad_alloc&) {
+        return memFullErr;
+    } catch (const std::exception& exception) {
+        PutSentence(exception.what(), ioReply);
+        return ioErr;
+    }
+}
+
+void LateReplies::Suspend(const AppleEvent& inEvent, const AppleEvent& inReply,
+                          std::function<bool()> inReady, Answer inAnswer) {
+    ThrowIfError(AESuspendTheCurrentEvent(&inEvent));
+    mWaiting.push_back({inEvent, inReply, std::move(inReady), std::move(inAnswer)});
+}
+
+void LateReplies::Turn() {
+    const auto done = std::stable_partition(mWaiting.begin(), mWaiting.end(),
+                                            [](const auto& w) { return !w.ready(); });
+    std::vector<Waiting> ready(std::make_move_iterator(done),
+                               std::make_move_iterator(mWaiting.end()));
+    mWaiting.erase(done, mWaiting.end());
+    for (auto& waiting : ready) {
+        const OSErr code = CodeOf([&] { waiting.answer(&waiting.reply); }, &waiting.reply);
+        const SInt32 number = EndianS32_NtoB(code);
+        if (code != noErr && waiting.reply.descriptorType != DescType(typeNull))
+            AEPutParamPtr(&waiting.reply, keyErrorNumber, typeSInt32, &number, sizeof number);
+        AEResumeTheCurrentEvent(&waiting.event, &waiting.reply,
+                                reinterpret_cast<AEEventHandlerUPP>(kAENoDispatch), 0);
+    }
+}
+
+}  // namespace recorder

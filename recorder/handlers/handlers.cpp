@@ -1,0 +1,51 @@
+// Owns the table of events and their installation.
+#include "handlers/handlers.h"
+
+#include <array>
+
+#include "handlers/commands.h"
+#include "handlers/objects.h"
+#include "vantor/foundation/LException.h"
+
+namespace recorder {
+namespace {
+
+Recorder* sRecorder = nullptr;
+
+struct Entry {
+    AEEventClass eventClass;
+    AEEventID eventID;
+    void (*handle)(Recorder&, const AppleEvent&, AppleEvent&);
+};
+
+constexpr auto kEvents =
+    std::to_array<Entry>({{kAECoreSuite, kAEGetData, HandleGetData},
+                          {kAECoreSuite, kAESetData, HandleSetData},
+                          {kAECoreSuite, kAECountElements, HandleCountElements},
+                          {kAECoreSuite, kAECreateElement, HandleMakeDisc},
+                          {'Fv8k', 'addD', HandleAddItems},
+                          {'Fv8k', 'wrIt', HandleWrite},
+                          {'Fv8k', 'RDsc', HandleRequestBlankDisc},
+                          {'Fv8k', 'Ejct', HandleEject},
+                          {'Fv8k', 'EndB', HandleEndSession},
+                          {'Fv8k', 'Cncl', HandleCancel},
+                          {kCoreEventClass, kAEOpenApplication, HandleOpen},
+                          {kCoreEventClass, kAEReopenApplication, HandleOpen},
+                          {kCoreEventClass, kAEQuitApplication, HandleQuit}});
+
+OSErr Handle(const AppleEvent* inEvent, AppleEvent* ioReply, SInt32 inIndex) {
+    return CodeOf([&] { kEvents[size_t(inIndex)].handle(*sRecorder, *inEvent, *ioReply); },
+                  ioReply);
+}
+
+}  // namespace
+
+void InstallHandlers(Recorder& inRecorder) {
+    sRecorder = &inRecorder;
+    InstallObjectAccessors(inRecorder.state);
+    for (size_t i = 0; i < kEvents.size(); ++i)
+        ThrowIfError(AEInstallEventHandler(kEvents[i].eventClass, kEvents[i].eventID,
+                                           NewAEEventHandlerUPP(Handle), SInt32(i), false));
+}
+
+}  // namespace recorder

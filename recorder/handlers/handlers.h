@@ -1,0 +1,20 @@
+// The events the recorder answers: docs/recorder-dictionary.md as a table.
+#pragma once
+
+#include "disc/RecorderState.h"
+#include "handlers/LateReplies.h"
+
+namespace recorder {
+
+// What the handlers work on; outlives the process's last event.
+struct Recorder {
+    explicit Recorder(DriveSource& inDrives) : state(inDrives) {}
+
+    RecorderState state;
+    LateReplies late;
+};
+
+// Once, before any event.
+void InstallHandlers(Recorder& inRecorder);
+
+}  // namespace recorder
