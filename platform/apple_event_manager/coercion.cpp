@@ -159,7 +159,7 @@ OSErr Coerce(const Item& inItem, const AEDesc* inWhole, DescType inType, AEDesc*
     if (handled != errAECoercionFail) return handled;
     if (inItem.IsContainer() || inType == typeAEList)
         return CoerceContainer(inItem, inType, outDesc);
-    for (const auto family : {CoerceNumber, CoerceText, CoerceCode})
+    for (const auto family : {CoerceNumber, CoerceText, CoerceCode, CoerceFile})
         if (const OSErr result = family(inItem, inType, outDesc); result != errAECoercionFail)
             return result;
     return errAECoercionFail;

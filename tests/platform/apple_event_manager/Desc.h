@@ -29,6 +29,7 @@ class Desc {
         AEDisposeDesc(&mDesc);
         return &mDesc;
     }
+    operator const AEDesc&() const { return mDesc; }
     DescType Type() const { return mDesc.descriptorType; }
     bool IsNull() const { return mDesc.descriptorType == typeNull && !mDesc.dataHandle; }
     std::string Bytes() const {
