@@ -1,7 +1,9 @@
 // Owns the reading of /proc/<pid>/stat.
 #include "posix/proc_stat.h"
 
+#include <Carbon/OSUtils.h>
 #include <fcntl.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -41,8 +43,16 @@ std::uint64_t ProcessStartTime(pid_t inPid) {
     return std::strtoull(fields.c_str() + at, nullptr, 10);
 }
 
-std::uint32_t TicksFromStartTime(std::uint64_t inStartTime) {
-    return std::uint32_t(inStartTime * 60 / std::uint64_t(sysconf(_SC_CLK_TCK)));
+// The kernel's count goes on while the machine sleeps, TickCount's does not: only the age is common
+// to both.
+std::uint32_t TicksAtStart(std::uint64_t inStartTime) {
+    timespec now;
+    clock_gettime(CLOCK_BOOTTIME, &now);
+    const auto perSecond = std::uint64_t(sysconf(_SC_CLK_TCK));
+    const std::uint64_t kernel = std::uint64_t(now.tv_sec) * perSecond +
+                                 std::uint64_t(now.tv_nsec) * perSecond / 1'000'000'000;
+    const std::uint64_t age = kernel > inStartTime ? kernel - inStartTime : 0;
+    return TickCount() - std::uint32_t(age * 60 / perSecond);
 }
 
 bool IsProcessAlive(pid_t inPid, std::uint64_t inStartTime) {

@@ -11,8 +11,8 @@ namespace carbon {
 // process or it has ended and waits for its parent to ask.
 std::uint64_t ProcessStartTime(pid_t inPid);
 
-// The same moment in ticks of 1/60 s.
-std::uint32_t TicksFromStartTime(std::uint64_t inStartTime);
+// What TickCount answered at that moment.
+std::uint32_t TicksAtStart(std::uint64_t inStartTime);
 
 // Whether the process that started then still runs.
 bool IsProcessAlive(pid_t inPid, std::uint64_t inStartTime);

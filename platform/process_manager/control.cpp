@@ -10,6 +10,7 @@
 #include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 #include "process_manager/process_table.h"
+#include "system_services/hooks.h"
 
 namespace carbon {
 namespace {
@@ -38,6 +39,10 @@ OSErr Kill(const ProcessSerialNumber& inPsn) {
 
 }  // namespace
 }  // namespace carbon
+
+void ExitToShell(void) {
+    carbon::LeaveProgram();
+}
 
 OSErr WakeUpProcess(const ProcessSerialNumber* PSN) {
     return PSN == nullptr ? OSErr(paramErr) : carbon::Wake(*PSN);

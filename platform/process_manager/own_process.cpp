@@ -18,6 +18,7 @@
 #include "posix/runtime_folder.h"
 #include "process_manager/front.h"
 #include "process_manager/identity.h"
+#include "process_manager/opening_event.h"
 #include "process_manager/process_table.h"
 #include "process_manager/slots.h"
 
@@ -44,9 +45,9 @@ void CopyText(const std::string& inText, char* outText, std::size_t inRoom) {
 void LeaveTable() {
     const std::lock_guard guard(sLock);
     if (!sOwn.checkedIn) return;
-    StopListening();
     // The thread that holds the slot may be another one; the kernel lets go of it with the process.
     if (sOwn.table->IsCurrent()) Withdraw(*sOwn.slot);
+    StopListening();
     sOwn.checkedIn = false;
 }
 
@@ -76,7 +77,7 @@ void DescribeOwn(UInt32 inNumber) {
     entry.type = program.type;
     entry.signature = program.signature;
     entry.mode = program.mode;
-    entry.launchTicks = TicksFromStartTime(ProcessStartTime(getpid()));
+    entry.launchTicks = TicksAtStart(ProcessStartTime(getpid()));
     ShortName(program.fullName, entry.name);
     // A state folder that cannot be written leaves the spec empty; the process is one all the same.
     if (SpecFromPath(program.executable, &entry.application) != noErr) entry.application = {};
@@ -110,7 +111,7 @@ OSErr EnterTable(TableFile& ioTable) {
     sOwn.slot = slot;
     if (reserved) {
         slot->state = SlotState::kRunning;
-        return noErr;
+        return PostOpeningEvent(sOwn.entry.psn.lowLongOfPSN, sOwn.entry.launcher);
     }
     LongFactsOf(ioTable, *slot) = sOwn.longFacts;
     Publish(ioTable, *slot, sOwn.entry, SlotState::kRunning);
@@ -145,14 +146,15 @@ OSErr RenewTable() {
 
 OSErr CheckInLocked() {
     if (sOwn.checkedIn) return noErr;
-    InstallEndings();
     if (sOwn.table == nullptr || !sOwn.table->IsCurrent()) {
         const OSErr err = TableFile::Open(&sOwn.table);
         if (err != noErr) return err;
     }
     const OSErr err = EnterTable(*sOwn.table);
-    if (err == noErr) sOwn.checkedIn = true;
-    return err;
+    if (err != noErr) return err;
+    InstallEndings();  // after the socket's, so that the entry goes before it does
+    sOwn.checkedIn = true;
+    return noErr;
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "posix/proc_stat.h"
+#include "process_manager/opening_event.h"
 #include "process_manager/own_process.h"
 
 namespace carbon {
@@ -36,13 +37,16 @@ bool ResolveUnheld(Slot& ioSlot, UInt32 inNumber) {
     if (!alive && ioSlot.number == inNumber) {
         Withdraw(ioSlot);
         unlink(SocketPathOf(inNumber).c_str());
+        DropOpeningEvent(inNumber);
     }
     LetGo(ioSlot);
     return alive;
 }
 
+// The launcher's number stands in the slot until it has been told this process's own.
 bool IsReservedByParent(const Slot& inSlot) {
-    return inSlot.number != 0 && inSlot.state == SlotState::kLaunching && inSlot.pid == getppid();
+    return inSlot.number != 0 && inSlot.state == SlotState::kLaunching &&
+           (inSlot.pid == getppid() || inSlot.pid == getpid());
 }
 
 bool IsReservedForMe(const Slot& inSlot) {

@@ -77,6 +77,8 @@ struct AppParameters {
 typedef struct AppParameters AppParameters;
 typedef AppParameters* AppParametersPtr;
 
+#pragma pack(pop)
+
 // What LaunchApplication is told, and its answer. launchEPBLength is 32 on every machine.
 struct LaunchParamBlockRec {
     UInt32 reserved1;
@@ -114,8 +116,6 @@ struct ProcessInfoRec {
 };
 typedef struct ProcessInfoRec ProcessInfoRec;
 typedef ProcessInfoRec* ProcessInfoRecPtr;
-
-#pragma pack(pop)
 
 PLATFORM_DECLARATIONS_BEGIN
 
@@ -161,7 +161,7 @@ OSErr WakeUpProcess(const ProcessSerialNumber* PSN);
 OSErr SameProcess(const ProcessSerialNumber* PSN1, const ProcessSerialNumber* PSN2,
                   Boolean* result);
 
-// Ends the caller in an orderly way. Does not return.
+// Ends the caller in an orderly way. Returns only if the program has set an exit hook that does.
 void ExitToShell(void);
 
 // Ends a process at once; it cannot save or clean up. procNotFound.

@@ -70,8 +70,8 @@ int Peer::Ask(char inCommand) {
     return std::stoi(ReadLine(mOutput));
 }
 
-void Peer::Quit() {
-    if (write(mInput, "q", 1) == 1) Reap();
+void Peer::Quit(char inCommand) {
+    if (write(mInput, &inCommand, 1) == 1) Reap();
 }
 
 void Peer::Kill() {

@@ -6,6 +6,12 @@
 
 #include <string>
 
+// The part of a serial number that tells processes apart, as a value: the records that hold it are
+// packed, and a test macro may not bind a reference into them.
+inline UInt32 Low(const ProcessSerialNumber& inPsn) {
+    return inPsn.lowLongOfPSN;
+}
+
 class Peer {
   public:
     // Starts the program, by default the peer beside the running test, and waits for its number.
@@ -20,7 +26,7 @@ class Peer {
     int FirstAnswer() const { return mFirstAnswer; }  // the number, or the code it failed with
 
     int Ask(char inCommand);
-    void Quit();  // and waits for its end
+    void Quit(char inCommand = 'q');  // and waits for its end
     void Kill();  // by SIGKILL; returns when the kernel has it as dead, not yet reaped
 
   private:

@@ -2,7 +2,8 @@
 // commands from its standard input until that closes.
 //   n  does nothing but answer, so that the tester knows the peer still lives
 //   c  answers with the number of processes it sees
-//   q  leaves in an orderly way
+//   q  returns from main
+//   x  calls ExitToShell
 #include <Carbon/Processes.h>
 
 #include <cstdio>
@@ -30,6 +31,7 @@ int main() {
     if (err != noErr) return 1;
     for (int command = std::getchar(); command != EOF && command != 'q'; command = std::getchar()) {
         if (command == 'n') Say(0);
+        if (command == 'x') ExitToShell();
         if (command == 'c') Say(CountProcesses());
     }
     return 0;

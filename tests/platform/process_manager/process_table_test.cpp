@@ -28,19 +28,19 @@ std::filesystem::path TablePath() {
 std::vector<UInt32> ListedNumbers() {
     std::vector<UInt32> numbers;
     ProcessSerialNumber psn = {0, kNoProcess};
-    while (GetNextProcess(&psn) == noErr) numbers.push_back(psn.lowLongOfPSN);
+    while (GetNextProcess(&psn) == noErr) numbers.push_back(Low(psn));
     return numbers;
 }
 
 bool IsListed(const ProcessSerialNumber& inPsn) {
     const auto numbers = ListedNumbers();
-    return std::count(numbers.begin(), numbers.end(), inPsn.lowLongOfPSN) == 1;
+    return std::count(numbers.begin(), numbers.end(), Low(inPsn)) == 1;
 }
 
 UInt32 OwnNumber() {
     ProcessSerialNumber psn = {};
     EXPECT_EQ(GetCurrentProcess(&psn), noErr);
-    return psn.lowLongOfPSN;
+    return Low(psn);
 }
 
 TEST(ProcessTable, ListsProcessesInTheOrderOfTheirLaunch) {
@@ -48,8 +48,8 @@ TEST(ProcessTable, ListsProcessesInTheOrderOfTheirLaunch) {
     const Peer first, second, third;
     const auto numbers = ListedNumbers();
     EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
-    const std::vector<UInt32> expected = {own, first.Psn().lowLongOfPSN, second.Psn().lowLongOfPSN,
-                                          third.Psn().lowLongOfPSN};
+    const std::vector<UInt32> expected = {own, Low(first.Psn()), Low(second.Psn()),
+                                          Low(third.Psn())};
     EXPECT_EQ(numbers, expected);
 }
 
@@ -80,8 +80,8 @@ TEST(ProcessTable, NumbersAreNeverUsedAgain) {
     UInt32 last = 0;
     for (int round = 0; round < 5; ++round) {
         Peer peer;
-        EXPECT_GT(peer.Psn().lowLongOfPSN, last);
-        last = peer.Psn().lowLongOfPSN;
+        EXPECT_GT(Low(peer.Psn()), last);
+        last = Low(peer.Psn());
         round % 2 == 0 ? peer.Kill() : peer.Quit();
     }
 }
@@ -93,14 +93,14 @@ TEST(ProcessTable, EnumerationGoesOnBehindAProcessThatHasEndedMeanwhile) {
     ProcessSerialNumber psn = first.Psn();
     first.Kill();
     ASSERT_EQ(GetNextProcess(&psn), noErr);
-    EXPECT_EQ(psn.lowLongOfPSN, second.Psn().lowLongOfPSN);
+    EXPECT_EQ(Low(psn), Low(second.Psn()));
 }
 
 TEST(ProcessTable, EndOfTheListIsNoProcessAndProcNotFound) {
     ProcessSerialNumber psn = {0, OwnNumber()};
     EXPECT_EQ(GetNextProcess(&psn), procNotFound);
-    EXPECT_EQ(psn.highLongOfPSN, 0u);
-    EXPECT_EQ(psn.lowLongOfPSN, UInt32(kNoProcess));
+    EXPECT_EQ(UInt32(psn.highLongOfPSN), 0u);
+    EXPECT_EQ(Low(psn), UInt32(kNoProcess));
 }
 
 TEST(ProcessTable, NumberNeverGivenOutIsAParameterError) {
@@ -128,7 +128,7 @@ TEST(ProcessTable, ForkedChildIsAProcessOfItsOwn) {
     int status = -1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_GT(psn.lowLongOfPSN, own);
+    EXPECT_GT(Low(psn), own);
     EXPECT_FALSE(IsListed(psn));
     EXPECT_TRUE(IsListed({0, own}));
 }
@@ -213,7 +213,7 @@ void ExpectRebuiltAround(Peer& ioPeer) {
     EXPECT_TRUE(IsListed(ioPeer.Psn()));
     EXPECT_EQ(OwnNumber(), own);
     const Peer later;
-    EXPECT_GT(later.Psn().lowLongOfPSN, std::max(own, ioPeer.Psn().lowLongOfPSN));
+    EXPECT_GT(Low(later.Psn()), std::max(own, Low(ioPeer.Psn())));
     EXPECT_EQ(ioPeer.Ask('c'), 3);
 }
 
