@@ -90,17 +90,21 @@ int OpenFile(const std::string& inPath, const char* inSchema, int inFlags, sqlit
 std::unique_ptr<Database> Database::Open(const std::string& inPath, const char* inSchema) {
     const UniqueFd lock = LockFile(inPath);
     sqlite3* handle = nullptr;
+    bool isSuccessor = false;
     if (lock) {
         const int writable = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
         const int result = OpenFile(inPath, inSchema, writable, &handle);
-        if (IsDamage(result)) {
+        isSuccessor = IsDamage(result);
+        if (isSuccessor) {
             MoveAside(inPath);
             OpenFile(inPath, inSchema, writable, &handle);
         }
     }
     if (!handle) OpenFile(inPath, inSchema, SQLITE_OPEN_READONLY, &handle);
     if (!handle) return nullptr;
-    return std::unique_ptr<Database>(new Database(handle, inPath, InodeOf(inPath)));
+    std::unique_ptr<Database> database(new Database(handle, inPath, InodeOf(inPath)));
+    database->mIsSuccessor = isSuccessor;
+    return database;
 }
 
 Database::~Database() {

@@ -26,6 +26,8 @@ class Database {
     sqlite3* Handle() const { return mHandle; }
     // A statement met damage: set the file aside and open again.
     bool IsDamaged() const { return mIsDamaged; }
+    // Opening met damage, and this is a new file.
+    bool IsSuccessor() const { return mIsSuccessor; }
     // Another process has set the file aside meanwhile and made a new one.
     bool IsReplaced() const;
     // Renames the damaged file away, unless another process has put a new one in its place.
@@ -44,6 +46,7 @@ class Database {
     std::string mPath;
     UInt64 mInode;
     bool mIsDamaged = false;
+    bool mIsSuccessor = false;
 };
 
 // One run of one statement. A failure ends the rows as their natural end does; Run tells them

@@ -17,6 +17,7 @@ namespace {
 constexpr size_t kMostRemembered = 8192;
 constexpr int kDeepest = 1024;  // a chain of records longer than any path is a damaged one
 constexpr int kMostSearched = 64;
+constexpr int kMostTries = 3;
 
 OSErr RealPath(const std::string& inPath, std::string* outPath) {
     char path[PATH_MAX];
@@ -40,7 +41,8 @@ ObjectIdentity Folders::KeptIdentity(const Volume& inVolume, ObjectIdentity inId
 
 IdTable& Folders::TableOf(const Volume& inVolume) {
     auto& table = mTables[inVolume.root + '\0' + inVolume.tablePath];
-    if (!table) table = std::make_unique<IdTable>(inVolume.tablePath);
+    const auto announce = [this] { mRegistry.AnnounceChange(); };
+    if (!table) table = std::make_unique<IdTable>(inVolume.tablePath, announce);
     return *table;
 }
 
@@ -188,10 +190,10 @@ OSErr Folders::FindByPath(const std::string& inPath, Folder* outFolder) {
     NoticeMounts();
     std::string path;
     if (const OSErr error = RealPath(inPath, &path)) return error;
-    return path == inPath ? FindRealPath(path, outFolder) : FindByPath(path, outFolder);
+    return path == inPath ? FindRealPath(path, outFolder, kMostTries) : FindByPath(path, outFolder);
 }
 
-OSErr Folders::FindRealPath(const std::string& inPath, Folder* outFolder) {
+OSErr Folders::FindRealPath(const std::string& inPath, Folder* outFolder, int inTries) {
     ObjectStatus status;
     if (const OSErr error = StatusOfObject(inPath, &status)) return AsFolderError(error);
     if (!status.IsFolder()) return dirNFErr;
@@ -203,6 +205,10 @@ OSErr Folders::FindRealPath(const std::string& inPath, Folder* outFolder) {
         id = IdOf(volume, inPath, status.identity, parent.id);
     }
     *outFolder = {volume.number, id, inPath, status.identity};
+    // Was the table replaced on the way, then the parent's number belongs to the old one.
+    const UInt64 edition = mEdition;
+    NoticeFolders();
+    if (mEdition != edition && inTries > 1) return FindRealPath(inPath, outFolder, inTries - 1);
     Remember(*outFolder);
     return noErr;
 }

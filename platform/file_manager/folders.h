@@ -61,7 +61,7 @@ class Folders {
     void NoticeFolders();
     void NoticeMounts();
     void NoticeEdition();
-    OSErr FindRealPath(const std::string& inPath, Folder* outFolder);
+    OSErr FindRealPath(const std::string& inPath, Folder* outFolder, int inTries);
     OSErr FollowRecord(const Volume& inVolume, const IdRecord& inRecord, Folder* outFolder);
     OSErr SearchMoved(const Volume& inVolume, IdRecord inRecord, const Folder* inParent,
                       Folder* outFolder);

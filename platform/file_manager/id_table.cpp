@@ -92,13 +92,20 @@ bool SetNextId(Database& inDatabase, SInt32 inNext) {
 
 }  // namespace
 
-IdTable::IdTable(std::string inPath) : mPath(std::move(inPath)), mIsUnavailable(mPath.empty()) {}
+IdTable::IdTable(std::string inPath, std::function<void()> inOnReplaced)
+    : mPath(std::move(inPath)),
+      mOnReplaced(std::move(inOnReplaced)),
+      mIsUnavailable(mPath.empty()) {}
 
 Database* IdTable::Open() {
-    if (mDatabase && mDatabase->IsReplaced()) mDatabase.reset();
+    if (mDatabase && mDatabase->IsReplaced()) {
+        mDatabase.reset();
+        mOnReplaced();
+    }
     if (!mDatabase && !mIsUnavailable) {
         mDatabase = Database::Open(mPath, kSchema);
         mIsUnavailable = !mDatabase;
+        if (mDatabase && mDatabase->IsSuccessor()) mOnReplaced();
     }
     return mDatabase.get();
 }
@@ -107,6 +114,7 @@ bool IdTable::GiveUpIfDamaged() {
     if (!mDatabase || !mDatabase->IsDamaged()) return false;
     mDatabase->SetAside();
     mDatabase.reset();
+    mOnReplaced();
     return true;
 }
 

@@ -2,6 +2,7 @@
 // processes of the user.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -28,7 +29,9 @@ struct IdRecord {
 class IdTable {
   public:
     // An empty path (there is no place to keep a table) leaves private numbers only.
-    explicit IdTable(std::string inPath);
+    // `inOnReplaced` runs when a new table has taken the place of a damaged one: numbers that
+    // anyone remembers are void then.
+    IdTable(std::string inPath, std::function<void()> inOnReplaced);
 
     std::optional<IdRecord> FindById(SInt32 inId);
     std::optional<IdRecord> FindFolder(const ObjectIdentity& inIdentity, const std::string& inName);
@@ -50,6 +53,7 @@ class IdTable {
     SInt32 AllocatePrivate(IdRecord inRecord);
 
     std::string mPath;
+    std::function<void()> mOnReplaced;
     std::unique_ptr<Database> mDatabase;
     bool mIsUnavailable = false;
     std::unordered_map<SInt32, IdRecord> mPrivate;

@@ -188,9 +188,14 @@ OSErr Objects::FindEntryByRef(const FSRef& inRef, Object* outObject) {
     if (error) return error;
     const auto& name = reference->name;
     if (!name.empty() && FindInFolder(folder, name, outObject) == noErr && isIt()) return noErr;
-    const auto now = NameOfInode(folder.path, reference->identity.inode, [&](const auto& inPath) {
-        return StatusOfObject(inPath, &outObject->status) == noErr && isIt();
-    });
+    const auto search = [&](bool inByHash) {
+        return NameOfInode(folder.path, reference->identity.inode, [&](const auto& inPath) {
+            if (inByHash && HashOfName(LeafOfPath(inPath)) != reference->nameHash) return false;
+            return StatusOfObject(inPath, &outObject->status) == noErr && isIt();
+        });
+    };
+    auto now = reference->nameHash != 0 ? search(true) : std::nullopt;
+    if (!now) now = search(false);
     return now ? FindInFolder(folder, *now, outObject) : OSErr(fnfErr);
 }
 
@@ -216,8 +221,13 @@ OSErr Objects::FindMoved(const FSRef& inRef, Object* outObject) {
 }
 
 FSRef Objects::RefTo(const Object& inObject) const {
-    return RefFromReference({inObject.spec.vRefNum, inObject.spec.parID, inObject.status.IsFolder(),
-                             inObject.status.identity, inObject.diskName});
+    Reference reference;
+    reference.volume = inObject.spec.vRefNum;
+    reference.parent = inObject.spec.parID;
+    reference.isFolder = inObject.status.IsFolder();
+    reference.identity = inObject.status.identity;
+    reference.name = inObject.diskName;
+    return RefFromReference(reference);
 }
 
 FSRef Objects::RefToParent(const Object& inObject) {

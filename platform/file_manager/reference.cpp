@@ -33,7 +33,10 @@ FSRef RefFromReference(const Reference& inReference) {
     layout.inode = inReference.identity.inode;
     layout.birth = inReference.identity.birth;
     layout.parent = inReference.parent;
-    if (inReference.name.size() <= sizeof layout.name) {
+    if (inReference.name.size() > sizeof layout.name) {
+        const UInt64 hash = HashOfName(inReference.name);
+        std::memcpy(layout.name, &hash, sizeof hash);
+    } else {
         layout.nameLength = UInt8(inReference.name.size());
         std::memcpy(layout.name, inReference.name.data(), inReference.name.size());
     }
@@ -42,16 +45,27 @@ FSRef RefFromReference(const Reference& inReference) {
     return ref;
 }
 
+// FNV-1a.
+UInt64 HashOfName(std::string_view inDiskName) {
+    UInt64 hash = 0xcbf29ce484222325;
+    for (const char byte : inDiskName) hash = (hash ^ UInt8(byte)) * 0x100000001b3;
+    return hash;
+}
+
 // References arrive in events, so nothing about their bytes is taken for granted.
 std::optional<Reference> ReferenceFromRef(const FSRef& inRef) {
     Layout layout;
     std::memcpy(&layout, &inRef, sizeof layout);
     if (layout.magic != kMagic || layout.nameLength > sizeof layout.name) return std::nullopt;
-    Reference reference{layout.volume,
-                        layout.parent,
-                        layout.isFolder != 0,
-                        {layout.device, layout.inode, layout.birth},
-                        std::string(layout.name, layout.nameLength)};
+    Reference reference;
+    reference.volume = layout.volume;
+    reference.parent = layout.parent;
+    reference.isFolder = layout.isFolder != 0;
+    reference.identity = {layout.device, layout.inode, layout.birth};
+    reference.name.assign(layout.name, layout.nameLength);
+    if (layout.nameLength == 0) {
+        std::memcpy(&reference.nameHash, layout.name, sizeof reference.nameHash);
+    }
     const bool isOneName = reference.name.find('/') == std::string::npos &&
                            reference.name.find('\0') == std::string::npos;
     const bool isDots = reference.name == "." || reference.name == "..";

@@ -46,6 +46,9 @@ class VolumeRegistry {
     // The innermost volume that a path lies on.
     const Volume& Containing(const std::string& inPath) const;
 
+    // Tells every process of the user to forget what it remembers of volumes and numbers.
+    void AnnounceChange() { mChanges.Increment(); }
+
     // A real path without symbolic links; the name may be empty for the folder's own.
     OSErr MountFolder(const std::string& inPath, const std::string& inName,
                       FSVolumeRefNum* outNumber);

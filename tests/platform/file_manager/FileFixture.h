@@ -74,12 +74,14 @@ class FileFixture : public testing::Test {
     static OSErr MakeSpec(FSVolumeRefNum inVolume, SInt32 inFolder, const std::string& inName,
                           FSSpec* outSpec) {
         const auto name = Pascal(inName);
-        return FSMakeFSSpec(inVolume, inFolder, reinterpret_cast<const UInt8*>(name.c_str()), outSpec);
+        return FSMakeFSSpec(inVolume, inFolder, reinterpret_cast<const UInt8*>(name.c_str()),
+                            outSpec);
     }
 
     // One line from the helper process, without its end.
     static std::string Ask(const std::string& inArguments) {
-        const auto program = std::filesystem::canonical("/proc/self/exe").parent_path() / "file_peer";
+        const auto program =
+            std::filesystem::canonical("/proc/self/exe").parent_path() / "file_peer";
         FILE* pipe = popen((program.string() + ' ' + inArguments).c_str(), "r");
         char line[8192] = "";
         EXPECT_NE(std::fgets(line, sizeof line, pipe), nullptr);
@@ -87,7 +89,8 @@ class FileFixture : public testing::Test {
         return std::string(line, std::strcspn(line, "\n"));
     }
     static std::string Described(const FSSpec& inSpec) {
-        std::string text = std::to_string(inSpec.vRefNum) + ' ' + std::to_string(inSpec.parID) + ' ';
+        std::string text =
+            std::to_string(inSpec.vRefNum) + ' ' + std::to_string(inSpec.parID) + ' ';
         char digits[3];
         for (int i = 1; i <= inSpec.name[0]; ++i) {
             std::snprintf(digits, sizeof digits, "%02x", inSpec.name[i]);

@@ -26,7 +26,8 @@ int PrintSpec(const char* inPath) {
     FSRef ref;
     FSSpec spec{};
     OSStatus error = FSPathMakeRef(reinterpret_cast<const UInt8*>(inPath), &ref, nullptr);
-    if (error == noErr) error = FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
+    if (error == noErr)
+        error = FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
     std::printf("%d %d %d ", int(error), spec.vRefNum, int(spec.parID));
     for (int i = 1; i <= spec.name[0]; ++i) std::printf("%02x", spec.name[i]);
     std::printf("\n");
