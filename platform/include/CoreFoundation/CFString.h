@@ -103,8 +103,8 @@ CFStringRef CFStringCreateCopy(CFAllocatorRef alloc, CFStringRef theString);
 
 // Text with values put in. Specifiers: %@ object (its text, a number's digits, else a description);
 // %s C string and %P Pascal string in the system encoding; %S zero-terminated UniChars; %c
-// character in the system encoding; %C UniChar; %d %D %i %u %U %x %X %o %O with h, hh, l, ll, q; %a
-// %A %e %E %f %F %g %G; %p; %%. Flags - + space 0, width and precision (* too), positions (%2$@).
+// character in the system encoding; %C UniChar; %d %D %i %u %U %x %X %o %O with h, hh, l, ll, q; %e
+// %E %f %g %G; %p; %%. Flags - + space 0, width and precision (* too), positions (%2$@).
 // Numbers are written as in the C locale, whatever the process's locale. NULL objects and strings
 // give "(null)"; %n is not a specifier: unknown letters are written as they are. formatOptions must
 // be NULL.

@@ -1,0 +1,109 @@
+// Searching: one pass over the folded text with Knuth, Morris and Pratt's fallback table.
+#include "core_foundation/string_search.h"
+
+#include <algorithm>
+
+#include "core_foundation/string_object.h"
+
+namespace carbon {
+
+namespace {
+
+std::u16string FoldedNeedle(std::u16string_view inNeedle, CFOptionFlags inFlags) {
+    FoldedText text(inNeedle, 0, inNeedle.size(), inFlags);
+    std::u16string folded;
+    while (const auto unit = text.Next()) folded.push_back(unit->unit);
+    return folded;
+}
+
+// How long a start of the needle also ends its first i + 1 units, less than all of them.
+std::vector<size_t> FallbackTable(std::u16string_view inNeedle) {
+    std::vector<size_t> table(inNeedle.size(), 0);
+    for (size_t i = 1, matched = 0; i < inNeedle.size(); ++i) {
+        while (matched > 0 && inNeedle[i] != inNeedle[matched]) matched = table[matched - 1];
+        if (inNeedle[i] == inNeedle[matched]) ++matched;
+        table[i] = matched;
+    }
+    return table;
+}
+
+size_t Start(const CFRange& inRange) {
+    return static_cast<size_t>(inRange.location);
+}
+size_t End(const CFRange& inRange) {
+    return static_cast<size_t>(inRange.location) + static_cast<size_t>(inRange.length);
+}
+
+}  // namespace
+
+Search::Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
+               CFOptionFlags inFlags)
+    : mText(inText, Start(inRange), End(inRange), inFlags),
+      mBackwards(inFlags & kCFCompareBackwards),
+      mAnchored(inFlags & kCFCompareAnchored),
+      mNeedle(FoldedNeedle(inNeedle, inFlags)),
+      mFallback(FallbackTable(mNeedle)),
+      mRecent(mNeedle.size()) {}
+
+std::optional<CFRange> Search::Next() {
+    if (mNeedle.empty()) return std::nullopt;
+    while (const auto unit = mText.Next()) {
+        mRecent[mSeen++ % mRecent.size()] = *unit;
+        Advance(unit->unit);
+        if (mAnchored && mMatched < mSeen) return std::nullopt;
+        if (mMatched < mNeedle.size()) continue;
+        if (const auto match = Accept(*unit)) return match;
+        if (mAnchored) return std::nullopt;
+        mMatched = mFallback[mMatched - 1];
+    }
+    return std::nullopt;
+}
+
+void Search::Advance(char16_t inUnit) {
+    while (mMatched > 0 && mNeedle[mMatched] != inUnit) mMatched = mFallback[mMatched - 1];
+    if (mNeedle[mMatched] == inUnit) ++mMatched;
+}
+
+// The match, if it begins and ends where matches may; the search then goes on behind it.
+std::optional<CFRange> Search::Accept(const FoldedUnit& inLast) {
+    const FoldedUnit& oldest = mRecent[mSeen % mRecent.size()];
+    const FoldedUnit& first = mBackwards ? inLast : oldest;
+    const FoldedUnit& last = mBackwards ? oldest : inLast;
+    if (!first.canStart || !last.canEnd) return std::nullopt;
+    mText.MoveTo(mBackwards ? first.start : last.end);
+    mMatched = mSeen = 0;
+    return CFRange{static_cast<CFIndex>(first.start), static_cast<CFIndex>(last.end - first.start)};
+}
+
+}  // namespace carbon
+
+using carbon::View;
+
+Boolean CFStringFindWithOptions(CFStringRef theString, CFStringRef stringToFind,
+                                CFRange rangeToSearch, CFOptionFlags searchOptions,
+                                CFRange* result) {
+    const auto text = View(theString);
+    if (!carbon::IsInside(rangeToSearch, text.size())) return false;
+    const auto match =
+        carbon::Search(text, rangeToSearch, View(stringToFind), searchOptions).Next();
+    if (match && result) *result = *match;
+    return match.has_value();
+}
+
+CFRange CFStringFind(CFStringRef theString, CFStringRef stringToFind,
+                     CFOptionFlags compareOptions) {
+    CFRange found = CFRangeMake(kCFNotFound, 0);
+    CFStringFindWithOptions(theString, stringToFind, CFRangeMake(0, CFStringGetLength(theString)),
+                            compareOptions, &found);
+    return found;
+}
+
+Boolean CFStringHasPrefix(CFStringRef theString, CFStringRef prefix) {
+    const auto start = View(prefix);
+    return !start.empty() && View(theString).starts_with(start);
+}
+
+Boolean CFStringHasSuffix(CFStringRef theString, CFStringRef suffix) {
+    const auto end = View(suffix);
+    return !end.empty() && View(theString).ends_with(end);
+}
