@@ -1,0 +1,67 @@
+// What the tests of the engine have in common: a folder to work in, and the wait for the end of a job.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "burn/BurnEngine.h"
+#include "support/Command.h"
+#include "support/TemporaryHome.h"
+#include "support/Tree.h"
+
+namespace fs = std::filesystem;
+
+inline bool Eventually(const std::function<bool()>& inCondition, int inSeconds = 60) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(inSeconds);
+    while (!inCondition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
+class EngineTest : public ::testing::Test {
+  protected:
+    EngineTest() {
+        mRoot = mHome.Root() / "work";
+        mSource = mRoot / "source";
+        fs::create_directories(mSource);
+        mImage = mRoot / "disc.iso";
+    }
+    ~EngineTest() override { RunCommand({"chmod", "-R", "u+rwX", mRoot}); }
+
+    recorder::BurnRequest Request(const std::string& inDrive) const {
+        recorder::BurnRequest request;
+        request.driveId = inDrive;
+        request.paths = {mSource};
+        return request;
+    }
+
+    // The job's end, or a failure when it has none.
+    static recorder::BurnEngine::Snapshot End(recorder::BurnEngine& inEngine) {
+        EXPECT_TRUE(inEngine.WaitUntilQuiet(120'000)) << inEngine.Progress().text;
+        return inEngine.Take();
+    }
+
+    static void Put(const fs::path& inPath, size_t inBytes, unsigned inSeed = 1) {
+        fs::create_directories(inPath.parent_path());
+        WriteFile(inPath, inBytes, inSeed);
+    }
+
+    // Names in a folder, hidden ones too.
+    static std::vector<std::string> NamesIn(const fs::path& inFolder) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(inFolder)) names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    TemporaryHome mHome;
+    fs::path mRoot, mSource, mImage;
+};

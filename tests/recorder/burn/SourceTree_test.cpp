@@ -1,0 +1,140 @@
+#include "burn/SourceTree.h"
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include "burn/BurnFailure.h"
+#include "recorder/EngineTest.h"
+
+using namespace recorder;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Walk : public EngineTest {
+  protected:
+    SourceTree Of(const std::vector<std::string>& inPaths, bool inWithFinderInfo = false) {
+        return WalkSources(inPaths, inWithFinderInfo, [](size_t, const std::string&) { return true; });
+    }
+    SInt32 Code(const std::vector<std::string>& inPaths) {
+        try {
+            Of(inPaths);
+            return noErr;
+        } catch (const BurnFailure& failure) {
+            return failure.Code();
+        }
+    }
+};
+
+TEST_F(Walk, FindsEverythingWithParentsFirstAndNamesDescending) {
+    Put(mSource / "b/file", 10);
+    Put(mSource / "a", 10);
+    fs::create_symlink("a", mSource / "c");
+    const auto tree = Of({mSource});
+    std::vector<std::string> names;
+    for (const auto& node : tree.nodes) names.push_back(node.name);
+    EXPECT_THAT(names, ElementsAre("", "source", "c", "b", "a", "file"));
+    EXPECT_EQ(tree.PathOf(5), mSource / "b/file");
+    EXPECT_EQ(tree.nodes[2].target, "a");
+}
+
+TEST_F(Walk, ContentIsCountedInWholeBlocks) {
+    Put(mSource / "one", 1);
+    Put(mSource / "two", 2049);
+    Put(mSource / "none", 0);
+    EXPECT_EQ(Of({mSource}).contentBytes, UInt64(3 * 2048));
+}
+
+TEST_F(Walk, TwoItemsOfOneNameAreRefused) {
+    Put(mRoot / "x/same", 1);
+    Put(mRoot / "y/same", 1);
+    EXPECT_EQ(Code({mRoot / "x/same", mRoot / "y/same"}), dupFNErr);
+    EXPECT_EQ(Code({mSource, mSource.string() + "/"}), dupFNErr);
+}
+
+TEST_F(Walk, NamesThatDifferInCaseAreTwoItems) {
+    Put(mRoot / "x/same", 1);
+    Put(mRoot / "y/SAME", 1);
+    EXPECT_EQ(Of({mRoot / "x/same", mRoot / "y/SAME"}).nodes.size(), 3u);
+}
+
+TEST_F(Walk, MissingItemIsFileNotFound) { EXPECT_EQ(Code({mSource / "not there"}), fnfErr); }
+
+TEST_F(Walk, PipesSocketsAndDevicesAreReportedByName) {
+    ASSERT_EQ(mkfifo((mSource / "a pipe").c_str(), 0600), 0);
+    const int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    snprintf(address.sun_path, sizeof address.sun_path, "%s", (mSource / "a socket").c_str());
+    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    close(fd);
+    const auto tree = Of({mSource, "/dev/null"});
+    EXPECT_THAT(tree.report, ElementsAre(HasSubstr("/dev/null: a device"), HasSubstr("a socket: a socket"),
+                                         HasSubstr("a pipe: a pipe")));
+    EXPECT_EQ(tree.nodes.size(), 2u);
+}
+
+TEST_F(Walk, NamesThatJolietChangesAreReported) {
+    Put(mSource / "fine, ünïcödé 日本", 1);
+    Put(mSource / "what?", 1);
+    Put(mSource / std::string(104, 'n'), 1);
+    Put(mSource / "😀", 1);
+    Put(mSource / "\xFF\xFE", 1);
+    EXPECT_THAT(Of({mSource}).report,
+                ElementsAre(HasSubstr("is not UTF-8"), HasSubstr("beyond the first 65,536"), HasSubstr("what?: the name"),
+                            HasSubstr("more than 103 characters")));
+}
+
+TEST_F(Walk, UnreadableFilesAndFoldersAreNamed) {
+    if (geteuid() == 0) GTEST_SKIP() << "the administrator can read everything";
+    Put(mSource / "secret", 1);
+    fs::create_directory(mSource / "closed");
+    fs::permissions(mSource / "secret", fs::perms::none);
+    fs::permissions(mSource / "closed", fs::perms::none);
+    EXPECT_THAT(Of({mSource}).unreadable, ElementsAre(HasSubstr("secret: cannot be read"), HasSubstr("closed")));
+}
+
+TEST_F(Walk, ALinkAsItemIsFollowedAndALinkInsideAFolderIsKept) {
+    Put(mSource / "file", 5);
+    fs::create_symlink("source", mRoot / "way");
+    fs::create_symlink("nowhere", mSource / "dangling");
+    const auto tree = Of({mRoot / "way"});
+    EXPECT_EQ(tree.nodes[1].kind, SourceNode::Kind::Folder);
+    EXPECT_EQ(tree.nodes[1].name, "way");
+    EXPECT_EQ(tree.nodes[3].kind, SourceNode::Kind::Link);
+}
+
+TEST_F(Walk, StopsWhenItsObserverSaysSo) {
+    WriteManyFiles(mSource, 300, 10);
+    EXPECT_THROW(WalkSources({mSource}, false, [](size_t found, const std::string&) { return found < 100; }),
+                 BurnCancelled);
+}
+
+TEST_F(Walk, CompanionOfAnItemGoesAlongAndTellsTypeAndCreator) {
+    Put(mSource / "letter", 5);
+    std::string companion("\x00\x05\x16\x07\x00\x02\x00\x00", 8);
+    companion += std::string(16, '\0') + std::string("\x00\x01", 2);
+    companion += std::string("\x00\x00\x00\x09\x00\x00\x00\x26\x00\x00\x00\x20", 12) + "TEXTttxt" + std::string(24, '\0');
+    std::ofstream(mSource / "._letter", std::ios::binary) << companion;
+    const auto tree = Of({mSource / "letter"}, true);
+    ASSERT_EQ(tree.nodes.size(), 3u);
+    EXPECT_EQ(tree.nodes[1].name, "letter");
+    EXPECT_EQ(tree.nodes[1].type, OSType('TEXT'));
+    EXPECT_EQ(tree.nodes[1].creator, OSType('ttxt'));
+    EXPECT_EQ(tree.nodes[2].name, "._letter");
+}
+
+TEST_F(Walk, DamagedCompanionsAreIgnored) {
+    for (size_t size : {0, 10, 26, 37}) {
+        Put(mSource / "file", 5);
+        std::ofstream(mSource / "._file", std::ios::binary)
+            << std::string("\x00\x05\x16\x07\x00\x02\x00\x00", 8) + std::string(16, '\0') + std::string(size, '\xFF');
+        EXPECT_EQ(Of({mSource / "file"}, true).nodes[1].type, 0u);
+    }
+}
+
+}  // namespace
