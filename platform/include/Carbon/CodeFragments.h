@@ -14,7 +14,7 @@ typedef OSType CFragArchitecture;
 enum {
     kPowerPCCFragArch = 'pwpc',
     kMotorola68KCFragArch = 'm68k',
-    kAnyCFragArch = '????',
+    kAnyCFragArch = '\?\?\?\?',
     kCompiledCFragArch = 'none'
 };
 
