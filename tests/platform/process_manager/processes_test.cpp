@@ -45,7 +45,7 @@ TEST(Processes, CurrentProcessHasARealNumber) {
     EXPECT_EQ(Low(Own()), Low(own));
 }
 
-TEST(Processes, SameProcessComparesWithoutChecking) {
+TEST(Processes, KeepsSameProcessComparingWithoutChecking) {
     EXPECT_TRUE(Same({0, 0}, {0, 0}));
     EXPECT_FALSE(Same({0, 0}, Own()));
     EXPECT_TRUE(Same(kMe, Own()));
