@@ -27,6 +27,11 @@ struct QueuedEvent {
 
 class EventQueue {
   public:
+    EventQueue() = default;
+    ~EventQueue() { Clear(); }
+    EventQueue(const EventQueue&) = delete;
+    EventQueue& operator=(const EventQueue&) = delete;
+
     void PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin);
     void PostOSEvent(UInt32 inMessage);
 
