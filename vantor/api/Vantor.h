@@ -1,7 +1,7 @@
 // Driving the recording application: all a host needs, from C or C++.
 //
 //     VantorInitiateSession();               finds or launches it and switches server mode on
-//     VantorMakeNewDisc('Ddat');             a new disc document, its class a four-character code
+//     VantorMakeNewDisc('Data');             a new disc document, its class a four-character code
 //     VantorAddFiles(files, count);
 //     VantorWriteDisc();                     returns at once; the writing goes on over there
 //     while (VantorIsMirelBusy()) ...        with VantorGetStatusCode and VantorGetStatusText

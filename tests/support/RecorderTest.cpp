@@ -1,0 +1,56 @@
+// Starting and ending the recorder of one test.
+#include "support/RecorderTest.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+
+#include "support/TemporaryHome.h"
+#include "vantor/process/MoreProc.h"
+
+namespace {
+
+const TemporaryHome sHome;
+
+}  // namespace
+
+bool Eventually(const std::function<bool()>& inCondition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!inCondition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        usleep(5000);
+    }
+    return true;
+}
+
+void RecorderTest::SetUp() {
+    mBundle = std::make_unique<RecorderBundle>();
+}
+
+void RecorderTest::TearDown() {
+    KillRecorder();
+    EXPECT_EQ(VantorTerminateSession(), noErr);
+    std::filesystem::remove_all(ApplicationsFolder());
+}
+
+void RecorderTest::StartRecorder() {
+    ASSERT_EQ(VantorBringMirelToFront(), noErr);
+    SInt32 code;
+    ASSERT_EQ(VantorGetStatusCode(&code), noErr) << "answers events";
+    mBundle->Forget();
+}
+
+void RecorderTest::KillRecorder() {
+    ProcessSerialNumber psn;
+    pid_t pid;
+    if (MoreProcFindProcessByCreator('Fv8k', &psn) == noErr && GetProcessPID(&psn, &pid) == noErr) {
+        kill(pid, SIGKILL);
+    }
+    EXPECT_TRUE(Eventually([&] { return !IsListed(); }));
+}
+
+bool RecorderTest::IsListed() const {
+    ProcessSerialNumber psn;
+    return MoreProcFindProcessByCreator('Fv8k', &psn) == noErr;
+}
