@@ -139,7 +139,8 @@ BurnResult BurnJob::Run() {
     Write(*recording, *stream, watcher);
     if (mRequest.verify && !mRequest.goal.simulate) Verify(*recording, stream->Size());
     mContext.CheckStop();
-    mContext.progress.Enter(Phase::Closing, 0);
+    mContext.progress.Enter(Phase::Closing, stream->Size());
+    mContext.progress.Move(stream->Size());
     mResult.path = recording->Finish();
     return mResult;
 }

@@ -75,6 +75,7 @@ void JobProgress::Move(UInt64 inBytesDone) {
 void JobProgress::Doing(const std::string& inAction) {
     const std::lock_guard lock(mMutex);
     mAction = inAction;
+    mFile = {};
     Moved();
 }
 
@@ -133,7 +134,7 @@ SInt32 JobProgress::Status() const {
 
 std::string JobProgress::Amounts() const {
     if (mPhase == Phase::Preparing && mFound > 0) return std::to_string(mFound) + " items found";
-    if (mTotal == 0) return {};
+    if (mTotal == 0 || mPhase == Phase::Closing) return {};
     return Megabytes(mDone) + " of " + Megabytes(mTotal) + " MB";
 }
 

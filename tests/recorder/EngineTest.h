@@ -1,4 +1,5 @@
-// What the tests of the engine have in common: a folder to work in, and the wait for the end of a job.
+// What the tests of the engine have in common: a folder to work in, and the wait for the end of a
+// job.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -57,7 +58,8 @@ class EngineTest : public ::testing::Test {
     // Names in a folder, hidden ones too.
     static std::vector<std::string> NamesIn(const fs::path& inFolder) {
         std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(inFolder)) names.push_back(entry.path().filename());
+        for (const auto& entry : fs::directory_iterator(inFolder))
+            names.push_back(entry.path().filename());
         std::sort(names.begin(), names.end());
         return names;
     }

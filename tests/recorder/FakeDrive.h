@@ -13,8 +13,8 @@
 
 // Shared by the test and the drives; the functions run on the engine's thread.
 struct DriveScript {
-    std::function<void(UInt64 inOffset)> beforeWrite;   // of each piece
-    std::function<void(UInt64 inOffset)> beforeRead;    // of each piece read back
+    std::function<void(UInt64 inOffset)> beforeWrite;  // of each piece
+    std::function<void(UInt64 inOffset)> beforeRead;   // of each piece read back
     std::function<void(std::vector<UInt8>& ioDisc)> afterWrite;
     std::function<void()> beforeFinish;
     std::atomic<bool> hasBlank = true;
@@ -30,21 +30,24 @@ class FakeRecording : public recorder::Recording {
         if (!mScript.finished) mScript.abandoned = true;
     }
     void Reserve(UInt64 inBytes) override {
-        if (inBytes > mScript.capacity) throw recorder::BurnFailure(dskFulErr, "The disc is too small.");
+        if (inBytes > mScript.capacity)
+            throw recorder::BurnFailure(dskFulErr, "The disc is too small.");
         mScript.disc.resize(inBytes);
     }
     void Write(recorder::ImageStream& inStream, const recorder::JobContext& inContext) override {
         for (size_t offset = 0; offset < mScript.disc.size(); offset += kChunk) {
             inContext.CheckStop();
             if (mScript.beforeWrite) mScript.beforeWrite(offset);
-            inStream.Read(mScript.disc.data() + offset, std::min(kChunk, mScript.disc.size() - offset));
+            inStream.Read(mScript.disc.data() + offset,
+                          std::min(kChunk, mScript.disc.size() - offset));
         }
         if (mScript.afterWrite) mScript.afterWrite(mScript.disc);
     }
     void PrepareReadBack() override {}
     void ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) override {
         if (mScript.beforeRead) mScript.beforeRead(inOffset);
-        if (inOffset + inSize > mScript.disc.size()) throw recorder::BurnFailure(dataVerErr, "Beyond the end.");
+        if (inOffset + inSize > mScript.disc.size())
+            throw recorder::BurnFailure(dataVerErr, "Beyond the end.");
         std::memcpy(outData, mScript.disc.data() + inOffset, inSize);
     }
     std::string Finish() override {
@@ -61,7 +64,8 @@ class FakeDrive : public recorder::Drive {
   public:
     explicit FakeDrive(DriveScript& ioScript) : mScript(ioScript) {}
     recorder::DriveInfo Probe() override {
-        return {"fake", "a fake", true, mScript.hasBlank ? recorder::kMediumOther | recorder::kMediumBlank : 0,
+        return {"fake", "a fake", true,
+                mScript.hasBlank ? recorder::kMediumOther | recorder::kMediumBlank : 0,
                 mScript.capacity};
     }
     bool HasBlankDisc() override { return mScript.hasBlank; }
@@ -78,7 +82,9 @@ class FakeDrives : public recorder::DriveSource {
   public:
     explicit FakeDrives(DriveScript& ioScript) : mScript(ioScript) {}
     std::vector<std::string> Identifiers() override { return {"fake"}; }
-    std::unique_ptr<recorder::Drive> Open(const std::string&) override { return std::make_unique<FakeDrive>(mScript); }
+    std::unique_ptr<recorder::Drive> Open(const std::string&) override {
+        return std::make_unique<FakeDrive>(mScript);
+    }
 
   private:
     DriveScript& mScript;

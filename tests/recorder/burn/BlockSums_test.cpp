@@ -39,7 +39,8 @@ TEST(BlockSums, SwappedWordsAndBlocksAreSeen) {
     std::swap_ranges(swapped.begin(), swapped.begin() + 8, swapped.begin() + 32);
     EXPECT_EQ(sums.FirstDifference(0, swapped.data(), swapped.size()), UInt64(0));
     swapped = bytes;
-    std::swap_ranges(swapped.begin(), swapped.begin() + BlockSums::kBlock, swapped.begin() + BlockSums::kBlock);
+    std::swap_ranges(swapped.begin(), swapped.begin() + BlockSums::kBlock,
+                     swapped.begin() + BlockSums::kBlock);
     EXPECT_EQ(sums.FirstDifference(0, swapped.data(), swapped.size()), UInt64(0));
 }
 

@@ -17,8 +17,10 @@ namespace {
 class Engine : public EngineTest {
   protected:
     Engine() {
-        // More than libisofs reads ahead, so that the last files are still to come when the first block is written.
-        for (int i = 0; i < 40; ++i) Put(mSource / ("file " + std::to_string(10 + i)), 500'000, unsigned(i));
+        // More than libisofs reads ahead, so that the last files are still to come when the first
+        // block is written.
+        for (int i = 0; i < 40; ++i)
+            Put(mSource / ("file " + std::to_string(10 + i)), 500'000, unsigned(i));
     }
     BurnEngine::Snapshot Burn() {
         mEngine.Start(Request("fake"));
@@ -202,7 +204,8 @@ class Cancel : public Engine {
     // Cancels in that moment and expects the end within two seconds.
     void At(const std::function<bool(const ProgressSnapshot&)>& inMoment) {
         mEngine.Start(Request("fake"));
-        ASSERT_TRUE(Eventually([&] { return inMoment(mEngine.Progress()); })) << mEngine.Progress().text;
+        ASSERT_TRUE(Eventually([&] { return inMoment(mEngine.Progress()); }))
+            << mEngine.Progress().text;
         mEngine.Cancel();
         EXPECT_TRUE(mEngine.WaitUntilQuiet(2000)) << mEngine.Progress().text;
         EXPECT_EQ(mEngine.Status(), userCanceledErr);
@@ -229,7 +232,9 @@ TEST_F(Cancel, StopsVerification) {
 
 TEST_F(Cancel, StopsTheWaitForADisc) {
     mScript.hasBlank = false;
-    At([](const auto& now) { return now.text.find("waiting for a blank disc") != std::string::npos; });
+    At([](const auto& now) {
+        return now.text.find("waiting for a blank disc") != std::string::npos;
+    });
 }
 
 TEST_F(Cancel, WithoutAJobDoesNothing) {

@@ -12,7 +12,9 @@ class FileBurner : public DriveSource {
   public:
     explicit FileBurner(const std::string& inAddress) : mAddress(inAddress) {}
     std::vector<std::string> Identifiers() override { return {mAddress}; }
-    std::unique_ptr<Drive> Open(const std::string&) override { return std::make_unique<BurnerDrive>(mAddress); }
+    std::unique_ptr<Drive> Open(const std::string&) override {
+        return std::make_unique<BurnerDrive>(mAddress);
+    }
 
   private:
     std::string mAddress;
@@ -34,8 +36,9 @@ TEST_F(Burners, WriteAndVerifyThroughLibburn) {
     ASSERT_EQ(end.progress.status, 0) << end.progress.errorText;
     EXPECT_TRUE(end.result.verified);
     EXPECT_EQ(RunCommand({"bsdtar", "-xpf", mImage, "-C", mRoot / "source/.."}).exitCode, 0);
-    const auto checked = RunCommand({"xorriso", "-for_backup", "-abort_on", "SORRY", "-indev", "stdio:" + mImage.string(),
-                                     "-check_media", "event=FAILURE", "--"});
+    const auto checked =
+        RunCommand({"xorriso", "-for_backup", "-abort_on", "SORRY", "-indev",
+                    "stdio:" + mImage.string(), "-check_media", "event=FAILURE", "--"});
     EXPECT_EQ(checked.exitCode, 0) << checked.errors;
 }
 

@@ -18,7 +18,8 @@ namespace {
 class Walk : public EngineTest {
   protected:
     SourceTree Of(const std::vector<std::string>& inPaths, bool inWithFinderInfo = false) {
-        return WalkSources(inPaths, inWithFinderInfo, [](size_t, const std::string&) { return true; });
+        return WalkSources(inPaths, inWithFinderInfo,
+                           [](size_t, const std::string&) { return true; });
     }
     SInt32 Code(const std::vector<std::string>& inPaths) {
         try {
@@ -62,7 +63,9 @@ TEST_F(Walk, NamesThatDifferInCaseAreTwoItems) {
     EXPECT_EQ(Of({mRoot / "x/same", mRoot / "y/SAME"}).nodes.size(), 3u);
 }
 
-TEST_F(Walk, MissingItemIsFileNotFound) { EXPECT_EQ(Code({mSource / "not there"}), fnfErr); }
+TEST_F(Walk, MissingItemIsFileNotFound) {
+    EXPECT_EQ(Code({mSource / "not there"}), fnfErr);
+}
 
 TEST_F(Walk, PipesSocketsAndDevicesAreReportedByName) {
     ASSERT_EQ(mkfifo((mSource / "a pipe").c_str(), 0600), 0);
@@ -73,8 +76,9 @@ TEST_F(Walk, PipesSocketsAndDevicesAreReportedByName) {
     ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     close(fd);
     const auto tree = Of({mSource, "/dev/null"});
-    EXPECT_THAT(tree.report, ElementsAre(HasSubstr("/dev/null: a device"), HasSubstr("a socket: a socket"),
-                                         HasSubstr("a pipe: a pipe")));
+    EXPECT_THAT(tree.report,
+                ElementsAre(HasSubstr("/dev/null: a device"), HasSubstr("a socket: a socket"),
+                            HasSubstr("a pipe: a pipe")));
     EXPECT_EQ(tree.nodes.size(), 2u);
 }
 
@@ -85,8 +89,8 @@ TEST_F(Walk, NamesThatJolietChangesAreReported) {
     Put(mSource / "😀", 1);
     Put(mSource / "\xFF\xFE", 1);
     EXPECT_THAT(Of({mSource}).report,
-                ElementsAre(HasSubstr("is not UTF-8"), HasSubstr("beyond the first 65,536"), HasSubstr("what?: the name"),
-                            HasSubstr("more than 103 characters")));
+                ElementsAre(HasSubstr("is not UTF-8"), HasSubstr("beyond the first 65,536"),
+                            HasSubstr("what?: the name"), HasSubstr("more than 103 characters")));
 }
 
 TEST_F(Walk, UnreadableFilesAndFoldersAreNamed) {
@@ -95,7 +99,8 @@ TEST_F(Walk, UnreadableFilesAndFoldersAreNamed) {
     fs::create_directory(mSource / "closed");
     fs::permissions(mSource / "secret", fs::perms::none);
     fs::permissions(mSource / "closed", fs::perms::none);
-    EXPECT_THAT(Of({mSource}).unreadable, ElementsAre(HasSubstr("secret: cannot be read"), HasSubstr("closed")));
+    EXPECT_THAT(Of({mSource}).unreadable,
+                ElementsAre(HasSubstr("secret: cannot be read"), HasSubstr("closed")));
 }
 
 TEST_F(Walk, ALinkAsItemIsFollowedAndALinkInsideAFolderIsKept) {
@@ -110,15 +115,17 @@ TEST_F(Walk, ALinkAsItemIsFollowedAndALinkInsideAFolderIsKept) {
 
 TEST_F(Walk, StopsWhenItsObserverSaysSo) {
     WriteManyFiles(mSource, 300, 10);
-    EXPECT_THROW(WalkSources({mSource}, false, [](size_t found, const std::string&) { return found < 100; }),
-                 BurnCancelled);
+    EXPECT_THROW(
+        WalkSources({mSource}, false, [](size_t found, const std::string&) { return found < 100; }),
+        BurnCancelled);
 }
 
 TEST_F(Walk, CompanionOfAnItemGoesAlongAndTellsTypeAndCreator) {
     Put(mSource / "letter", 5);
     std::string companion("\x00\x05\x16\x07\x00\x02\x00\x00", 8);
     companion += std::string(16, '\0') + std::string("\x00\x01", 2);
-    companion += std::string("\x00\x00\x00\x09\x00\x00\x00\x26\x00\x00\x00\x20", 12) + "TEXTttxt" + std::string(24, '\0');
+    companion += std::string("\x00\x00\x00\x09\x00\x00\x00\x26\x00\x00\x00\x20", 12) + "TEXTttxt" +
+                 std::string(24, '\0');
     std::ofstream(mSource / "._letter", std::ios::binary) << companion;
     const auto tree = Of({mSource / "letter"}, true);
     ASSERT_EQ(tree.nodes.size(), 3u);
@@ -132,7 +139,8 @@ TEST_F(Walk, DamagedCompanionsAreIgnored) {
     for (size_t size : {0, 10, 26, 37}) {
         Put(mSource / "file", 5);
         std::ofstream(mSource / "._file", std::ios::binary)
-            << std::string("\x00\x05\x16\x07\x00\x02\x00\x00", 8) + std::string(16, '\0') + std::string(size, '\xFF');
+            << std::string("\x00\x05\x16\x07\x00\x02\x00\x00", 8) + std::string(16, '\0') +
+                   std::string(size, '\xFF');
         EXPECT_EQ(Of({mSource / "file"}, true).nodes[1].type, 0u);
     }
 }

@@ -1,7 +1,7 @@
 // Whole discs onto image drives, read back by programs others wrote.
-#include <sys/mount.h>
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -34,8 +34,8 @@ class Images : public EngineTest {
         return out;
     }
     CommandResult CheckSums() {
-        return RunCommand({"xorriso", "-for_backup", "-abort_on", "SORRY", "-indev", "stdio:" + mImage.string(),
-                           "-check_media", "event=FAILURE", "--"});
+        return RunCommand({"xorriso", "-for_backup", "-abort_on", "SORRY", "-indev",
+                           "stdio:" + mImage.string(), "-check_media", "event=FAILURE", "--"});
     }
 
     SystemDrives mDrives;
@@ -61,10 +61,12 @@ TEST_F(Images, CarrySumsThatOthersCanCheck) {
     const auto session = CheckSums();
     EXPECT_EQ(session.exitCode, 0) << session.errors;
     EXPECT_THAT(session.output + session.errors, HasSubstr("md5_match"));
-    const auto files = RunCommand({"xorriso", "-for_backup", "-return_with", "SORRY", "32", "-indev",
-                                   "stdio:" + mImage.string(), "-check_md5_r", "SORRY", "/", "--"});
+    const auto files =
+        RunCommand({"xorriso", "-for_backup", "-return_with", "SORRY", "32", "-indev",
+                    "stdio:" + mImage.string(), "-check_md5_r", "SORRY", "/", "--"});
     EXPECT_EQ(files.exitCode, 0) << files.errors;
-    EXPECT_THAT(files.output + files.errors, HasSubstr("File contents and their MD5 checksums match"));
+    EXPECT_THAT(files.output + files.errors,
+                HasSubstr("File contents and their MD5 checksums match"));
 }
 
 TEST_F(Images, KeepModesTimesAndHardLinks) {
@@ -95,18 +97,21 @@ TEST_F(Images, HybridsShowTypeAndCreatorThroughHFSPlus) {
     Put(mSource / "letter", 5);
     std::string companion("\x00\x05\x16\x07\x00\x02\x00\x00", 8);
     companion += std::string(16, '\0') + std::string("\x00\x01", 2);
-    companion += std::string("\x00\x00\x00\x09\x00\x00\x00\x26\x00\x00\x00\x20", 12) + "TEXTttxt" + std::string(24, '\0');
+    companion += std::string("\x00\x00\x00\x09\x00\x00\x00\x26\x00\x00\x00\x20", 12) + "TEXTttxt" +
+                 std::string(24, '\0');
     std::ofstream(mSource / "._letter", std::ios::binary) << companion;
     BurnRequest request = ToImage();
     request.hfsPlus = true;
     request.goal.volumeName = "Both Worlds";
     ASSERT_EQ(Burn(request).progress.status, 0);
     EXPECT_EQ(CheckSums().exitCode, 0);
-    const auto map = RunCommand({"sh", "-c", "mmls -B " + mImage.string() + " | awk '/HFS/ {print $3 + 0}'"});
+    const auto map =
+        RunCommand({"sh", "-c", "mmls -B " + mImage.string() + " | awk '/HFS/ {print $3 + 0}'"});
     ASSERT_FALSE(map.output.empty()) << map.errors;
     const std::string start = std::to_string(std::stol(map.output));
-    const auto listed =
-        RunCommand({"sh", "-c", "fls -o " + start + " -f hfs -r -p " + mImage.string() + " | grep 'source/letter'"});
+    const auto listed = RunCommand(
+        {"sh", "-c",
+         "fls -o " + start + " -f hfs -r -p " + mImage.string() + " | grep 'source/letter'"});
     ASSERT_THAT(listed.output, HasSubstr("source/letter")) << listed.errors;
     const std::string inode = listed.output.substr(4, listed.output.find(':') - 4);
     const auto details = RunCommand({"istat", "-o", start, "-f", "hfs", mImage, inode});
@@ -136,7 +141,8 @@ TEST_F(Images, GoWhereTheDriveChooses) {
     EXPECT_EQ(Burn(request).result.path, drive / "finished/My:Disc 2.iso");
     request.goal.eject = false;
     EXPECT_EQ(Burn(request).result.path, drive / "tray/My:Disc.iso");
-    EXPECT_THAT(NamesIn(drive / "tray"), ElementsAre("My:Disc.iso")) << "the blank has been used up";
+    EXPECT_THAT(NamesIn(drive / "tray"), ElementsAre("My:Disc.iso"))
+        << "the blank has been used up";
 }
 
 TEST_F(Images, ExistingFileIsRefusedUnlessReplaced) {
@@ -155,7 +161,8 @@ TEST_F(Images, ReportIsCompleteBeforeAnythingIsWritten) {
     ASSERT_EQ(mkfifo((mSource / "a pipe").c_str(), 0600), 0);
     const auto end = Burn(ToImage());
     EXPECT_EQ(end.progress.status, 0);
-    EXPECT_THAT(end.result.report, ElementsAre(HasSubstr("a pipe: a pipe cannot be put on a disc")));
+    EXPECT_THAT(end.result.report,
+                ElementsAre(HasSubstr("a pipe: a pipe cannot be put on a disc")));
     EXPECT_EQ(end.result.nodes, 2);
 }
 
@@ -191,7 +198,8 @@ TEST_F(Images, ManualDriveWaitsForADiscAndSaysSo) {
     Put(mSource / "file", 10);
     BurnRequest request = ToImage();
     mEngine.Start(request);
-    ASSERT_TRUE(Eventually([&] { return mEngine.Progress().text.find("waiting for a blank") != std::string::npos; }));
+    ASSERT_TRUE(Eventually(
+        [&] { return mEngine.Progress().text.find("waiting for a blank") != std::string::npos; }));
     EXPECT_EQ(mEngine.Status(), 2);
     std::ofstream(drive / "tray/blank.iso").close();
     EXPECT_EQ(End(mEngine).progress.status, 0);

@@ -13,7 +13,8 @@ namespace {
 std::string Hex(void* inSum) {
     char digest[16], text[33];
     iso_md5_end(&inSum, digest);
-    for (int i = 0; i < 16; ++i) snprintf(text + 2 * i, 3, "%02x", static_cast<unsigned char>(digest[i]));
+    for (int i = 0; i < 16; ++i)
+        snprintf(text + 2 * i, 3, "%02x", static_cast<unsigned char>(digest[i]));
     return text;
 }
 
@@ -23,7 +24,9 @@ void* Start() {
     return sum;
 }
 
-void Add(void* inSum, std::string inBytes) { EXPECT_EQ(iso_md5_compute(inSum, inBytes.data(), int(inBytes.size())), 1); }
+void Add(void* inSum, std::string inBytes) {
+    EXPECT_EQ(iso_md5_compute(inSum, inBytes.data(), int(inBytes.size())), 1);
+}
 
 std::string SumOf(const std::string& inBytes) {
     void* sum = Start();
@@ -34,8 +37,9 @@ std::string SumOf(const std::string& inBytes) {
 TEST(Md5Lanes, GiveTheSumsOfTheStandard) {
     EXPECT_EQ(SumOf(""), "d41d8cd98f00b204e9800998ecf8427e");
     EXPECT_EQ(SumOf("abc"), "900150983cd24fb0d6963f7d28e17f72");
-    EXPECT_EQ(SumOf("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
-              "57edf4a22be3c955ac49da2e2107b67a");
+    EXPECT_EQ(
+        SumOf("12345678901234567890123456789012345678901234567890123456789012345678901234567890"),
+        "57edf4a22be3c955ac49da2e2107b67a");
 }
 
 TEST(Md5Lanes, AFullBlockOfPaddingFollowsMessagesThatEndLateInABlock) {

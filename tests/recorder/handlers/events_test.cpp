@@ -1,0 +1,440 @@
+// The recorder in its own process, asked by events: every row of its dictionary, and what it
+// refuses.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include "cli/Failure.h"
+#include "cli/Recorder.h"
+#include "cli/Specs.h"
+#include "support/Command.h"
+#include "support/TemporaryHome.h"
+#include "support/Tree.h"
+#include "vantor/api/Vantor.h"
+#include "vantor/appleevents/MoreAE.h"
+#include "vantor/appleevents/MoreAEObjects.h"
+#include "vantor/appleevents/StAEDescriptor.h"
+#include "vantor/process/UProcess.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using cli::kApplication;
+using cli::kDisc;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+TemporaryHome gHome;
+
+bool Eventually(const std::function<bool()>& inCondition, int inSeconds = 60) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(inSeconds);
+    while (!inCondition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
+
+SInt32 CodeOf(const std::function<void()>& inWork) {
+    try {
+        inWork();
+        return noErr;
+    } catch (const cli::Failure& failure) {
+        return failure.Code();
+    }
+}
+
+// An event to the recorder, sent and waited for.
+class Event {
+  public:
+    Event(AEEventClass inClass, AEEventID inID) {
+        EXPECT_EQ(MoreAECreateAppleEventSignatureTarget('Fv8k', 'APPL', inClass, inID, mEvent),
+                  noErr);
+    }
+    Event& Put(AEKeyword inKeyword, const AEDesc* inValue) {
+        EXPECT_EQ(AEPutParamDesc(mEvent, inKeyword, inValue), noErr);
+        return *this;
+    }
+    Event& Flag(AEKeyword inKeyword, bool inValue) {
+        return Put(inKeyword, StAEDescriptor(Boolean(inValue)));
+    }
+    Event& Disc() {
+        StAEDescriptor application, disc;
+        EXPECT_EQ(MoreAEOCreateObjSpecifierFormAbsPos('Disc', application, 1, false, disc), noErr);
+        return Put(keyDirectObject, disc);
+    }
+    SInt32 Send() {
+        mReply.Dispose();
+        const OSErr err =
+            AESend(mEvent, mReply, kAEWaitReply, kAENormalPriority, 60 * 60, nullptr, nullptr);
+        return err != noErr ? err : MoreAEGetHandlerError(mReply);
+    }
+    std::string Sentence() {
+        StAEDescriptor text(mReply, keyErrorString, typeUTF8Text);
+        std::string bytes(size_t(AEGetDescDataSize(text)), '\0');
+        AEGetDescData(text, bytes.data(), Size(bytes.size()));
+        return bytes;
+    }
+    const StAEDescriptor& Reply() const { return mReply; }
+
+  private:
+    StAEDescriptor mEvent, mReply;
+};
+
+class Recorder : public ::testing::Test {
+  protected:
+    Recorder() {
+        mRoot = gHome.Root() / ::testing::UnitTest::GetInstance()->current_test_info()->name();
+        mSource = mRoot / "source";
+        mImage = mRoot / "disc.iso";
+        fs::create_directories(mSource);
+        fs::remove_all(mDrive);
+        fs::create_directories(mDrive);
+        EXPECT_EQ(VantorInitiateSession(), noErr);
+        EXPECT_EQ(VantorMakeNewDisc('Data'), noErr);
+    }
+    ~Recorder() override {
+        if (VantorIsMirelRunning()) cli::CancelJob();
+        EXPECT_TRUE(Eventually([] { return !VantorIsMirelBusy(); }));
+        EXPECT_EQ(VantorTerminateSession(), noErr);
+        EXPECT_TRUE(Eventually([] { return !VantorIsMirelRunning(); }));
+        fs::remove_all(mRoot);
+    }
+
+    OSStatus Add(const std::vector<std::string>& inPaths) {
+        auto specs = cli::SpecsOf(inPaths);
+        return VantorAddFiles(specs.data(), SInt32(specs.size()));
+    }
+    // Enough to be still at it when the next request comes.
+    void AddMuch() {
+        for (int i = 0; i < 16; ++i) WriteSparseFile(mSource / std::to_string(i), 1LL << 30);
+        ASSERT_EQ(Add({mSource}), noErr);
+        cli::SetText(kDisc, 'oPth', mImage);
+    }
+    void StartMuch() {
+        AddMuch();
+        ASSERT_EQ(VantorWriteDiscWithOptions(1, 1, 1, false, false), noErr);
+        ASSERT_TRUE(Eventually([] { return cli::GetCode(kDisc, 'phas') == 'writ'; }));
+    }
+    void BeManual() { std::ofstream(mDrive / "settings") << "blanks manual\n"; }
+    static SInt32 Status() {
+        SInt32 status = 0;
+        EXPECT_EQ(VantorGetStatusCode(&status), noErr);
+        return status;
+    }
+    static std::vector<std::string> NamesIn(const fs::path& inFolder) {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(inFolder))
+            names.push_back(entry.path().filename());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    fs::path mRoot, mSource, mImage;
+    const fs::path mDrive = gHome.Root() / "data/vantor/drives/image";
+};
+
+TEST_F(Recorder, WritesAVerifiedDiscThroughTheLibrary) {
+    WriteFile(mSource / "file", 12345);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    ASSERT_EQ(VantorWriteDisc(), noErr);
+    ASSERT_TRUE(Eventually([] { return !VantorIsMirelBusy(); }));
+    EXPECT_EQ(Status(), 0);
+    EXPECT_TRUE(cli::GetBoolean(kDisc, 'vfyd'));
+    EXPECT_EQ(cli::GetText(kDisc, 'rPth'), mImage);
+    EXPECT_EQ(cli::GetNumber(kDisc, 'nFil'), 2);
+    EXPECT_EQ(cli::GetNumber(kDisc, 'eCod'), 0);
+    EXPECT_EQ(cli::GetNumber(kDisc, 'bTot'), SInt64(fs::file_size(mImage)));
+    EXPECT_EQ(cli::GetCode(kDisc, 'phas'), OSType('done'));
+    fs::create_directory(mRoot / "out");
+    ASSERT_EQ(RunCommand({"bsdtar", "-xpf", mImage, "-C", mRoot / "out"}).exitCode, 0);
+    EXPECT_THAT(DifferencesOf(mSource, mRoot / "out/source"), IsEmpty());
+}
+
+TEST_F(Recorder, ModesAreReadAndWritten) {
+    Boolean on = false;
+    EXPECT_EQ(VantorSetServerMode(true), noErr);
+    EXPECT_EQ(VantorGetServerMode(&on), noErr);
+    EXPECT_TRUE(on);
+    EXPECT_EQ(VantorSetServerMode(false), noErr);
+    EXPECT_EQ(VantorGetServerMode(&on), noErr);
+    EXPECT_FALSE(on);
+    EXPECT_EQ(VantorSetSimulationMode(true), noErr);
+    EXPECT_EQ(VantorGetSimulationMode(&on), noErr);
+    EXPECT_TRUE(on);
+    EXPECT_EQ(VantorSetSimulationMode(false), noErr);
+}
+
+TEST_F(Recorder, SimulationLeavesNothing) {
+    WriteFile(mSource / "file", 12345);
+    ASSERT_EQ(VantorSetSimulationMode(true), noErr);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    ASSERT_EQ(VantorWriteDisc(), noErr);
+    ASSERT_TRUE(Eventually([] { return !VantorIsMirelBusy(); }));
+    EXPECT_EQ(Status(), 0);
+    EXPECT_THAT(cli::GetText(kDisc, 'sTxt'), HasSubstr("Simulated"));
+    EXPECT_THAT(NamesIn(mRoot), ElementsAre("source"));
+}
+
+TEST_F(Recorder, SizeIsInKiBOfWholeBlocks) {
+    WriteFile(mSource / "one", 1);
+    WriteFile(mSource / "two", 2049);
+    SInt32 size = -1;
+    EXPECT_EQ(VantorGetDiscSize(&size), noErr);
+    EXPECT_EQ(size, 0);
+    ASSERT_EQ(Add({mSource}), noErr);
+    EXPECT_EQ(VantorGetDiscSize(&size), noErr);
+    EXPECT_EQ(size, 6);
+}
+
+TEST_F(Recorder, StatusTextIsAPascalStringInMacRoman) {
+    Str255 text = {};
+    EXPECT_EQ(VantorGetStatusText(text), noErr);
+    EXPECT_EQ(std::string(reinterpret_cast<char*>(text) + 1, text[0]), "Idle.");
+}
+
+TEST_F(Recorder, TextIsGivenInTheTypeAskedFor) {
+    cli::SetText(kDisc, 'pnam', "Grüße 日本");
+    EXPECT_EQ(cli::GetText(kDisc, 'pnam'), "Grüße 日本");
+    StAEDescriptor application, disc, property;
+    MoreAEOCreateObjSpecifierFormAbsPos('Disc', application, 1, false, disc);
+    MoreAEOCreatePropertyObject('pnam', disc, property);
+    Event event('core', 'getd');
+    ASSERT_EQ(event.Put(keyDirectObject, property).Send(), noErr);
+    StAEDescriptor answer(*static_cast<const AEDesc*>(event.Reply()), keyDirectObject);
+    EXPECT_EQ(answer.mDesc.descriptorType, DescType(typeChar));
+    std::string bytes(size_t(AEGetDescDataSize(answer)), '\0');
+    AEGetDescData(answer, bytes.data(), Size(bytes.size()));
+    EXPECT_EQ(bytes,
+              "Gr\x9F\xA7"
+              "e ??");
+}
+
+TEST_F(Recorder, BlankDiscIsThereAfterARequestAndGoneAfterEjecting) {
+    SInt32 media = -1;
+    EXPECT_EQ(VantorGetMediaInfo(&media), noErr);
+    EXPECT_EQ(media, 0);
+    EXPECT_EQ(VantorRequestBlankDisc(&media), noErr);
+    EXPECT_EQ(media, 127 | 0x100);
+    EXPECT_EQ(VantorEjectDisc(), noErr);
+    EXPECT_EQ(VantorGetMediaInfo(&media), noErr);
+    EXPECT_EQ(media, 0);
+}
+
+TEST_F(Recorder, RequestInAManualDriveIsAnsweredWhenTheDiscIsThere) {
+    BeManual();
+    std::thread person([this] {
+        Eventually([this] { return fs::exists(mDrive / "tray"); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        std::ofstream(mDrive / "tray/blank.iso").close();
+    });
+    SInt32 media = -1;
+    EXPECT_EQ(VantorRequestBlankDisc(&media), noErr);
+    EXPECT_EQ(media, 127 | 0x100);
+    person.join();
+}
+
+// Another process cancels while this one waits for its blank disc.
+TEST_F(Recorder, CancelledRequestIsUserCancelled) {
+    BeManual();
+    const pid_t child = fork();
+    if (child == 0) {
+        SInt32 media = 0;
+        const SInt32 result = VantorRequestBlankDisc(&media);
+        _exit(result == userCanceledErr && media == userCanceledErr ? 42 : 1);
+    }
+    ASSERT_TRUE(Eventually([] { return Status() == 2; }));
+    EXPECT_THAT(cli::GetText(kDisc, 'sTxt'), HasSubstr("waiting for a blank disc"));
+    cli::CancelJob();
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 42);
+}
+
+TEST_F(Recorder, CancelStopsAWriteWithinTwoSeconds) {
+    StartMuch();
+    cli::CancelJob();
+    EXPECT_TRUE(Eventually([] { return !VantorIsMirelBusy(); }, 2));
+    EXPECT_EQ(Status(), userCanceledErr);
+    EXPECT_EQ(cli::GetCode(kDisc, 'phas'), OSType('canc'));
+    EXPECT_THAT(NamesIn(mRoot), ElementsAre("source"));
+}
+
+TEST_F(Recorder, BusyRecorderAnswersQuestionsAndRefusesChanges) {
+    StartMuch();
+    EXPECT_TRUE(VantorIsMirelBusy());
+    const SInt32 status = Status();
+    EXPECT_GE(status, 2);
+    EXPECT_LE(status, 100);
+    EXPECT_THAT(cli::GetText(kDisc, 'sTxt'), HasSubstr("Writing: "));
+    EXPECT_EQ(VantorMakeNewDisc('Data'), fBsyErr);
+    EXPECT_EQ(Add({mSource}), fBsyErr);
+    EXPECT_EQ(VantorWriteDisc(), fBsyErr);
+    EXPECT_EQ(VantorEjectDisc(), fBsyErr);
+    EXPECT_EQ(CodeOf([] { cli::SetText(kDisc, 'pnam', "other"); }), fBsyErr);
+}
+
+TEST_F(Recorder, QuitDuringAWriteIsAnsweredAtOnceAndDoneAfterIt) {
+    WriteSparseFile(mSource / "file", 1LL << 28);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    ASSERT_EQ(VantorWriteDisc(), noErr);
+    EXPECT_EQ(Event('aevt', 'quit').Send(), noErr);
+    EXPECT_FALSE(fs::exists(mImage));
+    ASSERT_TRUE(Eventually([] { return !UProcess::IsRunning('Fv8k', 'APPL'); }));
+    EXPECT_TRUE(fs::exists(mImage));
+    EXPECT_EQ(fs::status(mImage).permissions(), fs::perms(0444));
+}
+
+TEST_F(Recorder, EndOfTheSessionTurnsServerModeOff) {
+    EXPECT_EQ(VantorSetServerMode(true), noErr);
+    EXPECT_TRUE(cli::GetBoolean(kApplication, 'srvM'));
+    EXPECT_EQ(Event('Fv8k', 'EndB').Send(), noErr);
+    EXPECT_TRUE(Eventually([] { return !cli::GetBoolean(kApplication, 'srvM'); }));
+}
+
+TEST_F(Recorder, SynchronousWriteIsAnsweredAtItsEnd) {
+    WriteFile(mSource / "file", 100'000);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    EXPECT_EQ(Event('Fv8k', 'wrIt').Disc().Flag('Asyn', false).Send(), noErr);
+    EXPECT_TRUE(fs::exists(mImage));
+    Event again('Fv8k', 'wrIt');
+    EXPECT_EQ(again.Disc().Send(), dupFNErr);
+    EXPECT_THAT(again.Sentence(), HasSubstr("disc.iso: a file of this name exists already."));
+}
+
+TEST_F(Recorder, KindsOfDisc) {
+    EXPECT_EQ(VantorMakeNewDisc('Hybr'), noErr);
+    EXPECT_EQ(cli::GetCode(kDisc, 'pcls'), OSType('Hybr'));
+    EXPECT_EQ(VantorMakeNewDisc('Disc'), noErr);
+    EXPECT_EQ(cli::GetCode(kDisc, 'pcls'), OSType('Data'));
+    EXPECT_EQ(VantorMakeNewDisc('Audi'), errAECantHandleClass);
+}
+
+TEST_F(Recorder, ANewDiscForgetsTheOld) {
+    WriteFile(mSource / "file", 10);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'pnam', "Name");
+    cli::SetText(kDisc, 'oPth', mImage);
+    cli::SetBoolean(kDisc, 'oRpl', true);
+    ASSERT_EQ(VantorMakeNewDisc('Data'), noErr);
+    EXPECT_EQ(cli::GetText(kDisc, 'pnam'), "");
+    EXPECT_EQ(cli::GetText(kDisc, 'oPth'), "");
+    EXPECT_FALSE(cli::GetBoolean(kDisc, 'oRpl'));
+    EXPECT_EQ(VantorWriteDisc(), paramErr) << "nothing to write";
+}
+
+TEST_F(Recorder, ItemsOfOneNameAreRefused) {
+    WriteFile(mSource / "same", 10);
+    fs::create_directory(mRoot / "other");
+    WriteFile(mRoot / "other/same", 10);
+    EXPECT_EQ(Add({mSource / "same", mRoot / "other/same"}), dupFNErr);
+    EXPECT_EQ(Add({mSource / "same"}), noErr);
+    EXPECT_EQ(Add({mRoot / "other/same"}), dupFNErr);
+}
+
+TEST_F(Recorder, NothingIsAddedWhenOneItemIsMissing) {
+    WriteFile(mSource / "file", 10);
+    auto specs = cli::SpecsOf({mSource / "file", mSource});
+    fs::remove_all(mSource);
+    EXPECT_NE(VantorAddFiles(specs.data(), 2), noErr);
+    SInt32 size = -1;
+    EXPECT_EQ(VantorGetDiscSize(&size), noErr);
+    EXPECT_EQ(size, 0);
+}
+
+TEST_F(Recorder, AnEmptyListIsNoError) {
+    EXPECT_EQ(VantorAddFiles(nullptr, 0), noErr);
+}
+
+TEST_F(Recorder, DrivesAreElements) {
+    EXPECT_EQ(cli::CountElements('Disc'), 1);
+    const SInt32 count = cli::CountElements('Driv');
+    EXPECT_GE(count, 1);
+    const cli::Object last = {'Driv', count};
+    EXPECT_EQ(cli::GetText(last, 'ID  '), mDrive);
+    EXPECT_EQ(cli::GetCode(last, 'dKnd'), OSType('imag'));
+    EXPECT_GT(cli::GetNumber(last, 'spac'), 0);
+    EXPECT_NE(cli::GetText(last, 'pnam'), "");
+    EXPECT_EQ(CodeOf([&] { cli::GetText({'Driv', count + 1}, 'ID  '); }), errAENoSuchObject);
+}
+
+TEST_F(Recorder, DrivesAreChosenByIdentifier) {
+    fs::create_directories(mRoot / "drive/tray");
+    cli::SetText(kApplication, 'cDrv', mRoot / "drive");
+    EXPECT_EQ(cli::GetText(kApplication, 'cDrv'), mRoot / "drive");
+    EXPECT_EQ(CodeOf([] { cli::SetText(kApplication, 'cDrv', "/dev/null"); }), nsDrvErr);
+    EXPECT_EQ(cli::GetText(kApplication, 'cDrv'), mRoot / "drive");
+    cli::SetText(kApplication, 'cDrv', mDrive);
+}
+
+TEST_F(Recorder, SaysWhoItIs) {
+    EXPECT_EQ(cli::GetText(kApplication, 'pnam'), "Calverin");
+    EXPECT_EQ(cli::GetText(kApplication, 'vers'), "7.5");
+    cli::GetBoolean(kApplication, 'pisf');
+}
+
+TEST_F(Recorder, UnknownAndReadOnlyPropertiesHaveTheirErrors) {
+    EXPECT_EQ(CodeOf([] { cli::GetNumber(kApplication, 'what'); }), errAENoSuchObject);
+    EXPECT_EQ(CodeOf([] { cli::GetNumber(kDisc, 'srvM'); }), errAENoSuchObject);
+    EXPECT_EQ(CodeOf([] { cli::GetNumber({'Disc', 2}, 'sCod'); }), errAENoSuchObject);
+    EXPECT_EQ(CodeOf([] { cli::GetNumber({'Cake', 1}, 'sCod'); }), errAENoSuchObject);
+    EXPECT_EQ(CodeOf([] { cli::SetText(kDisc, 'sTxt', "x"); }), errAENotModifiable);
+    EXPECT_EQ(CodeOf([] { cli::SetText(kDisc, 'oPth', "relative"); }), paramErr);
+}
+
+TEST_F(Recorder, UnknownEventsAreNotHandledAndUnknownParametersMissed) {
+    EXPECT_EQ(Event('Fv8k', 'what').Send(), errAEEventNotHandled);
+    EXPECT_EQ(Event('Fv8k', 'Ejct').Flag('what', true).Send(), errAEParamMissed);
+    EXPECT_EQ(Event('Fv8k', 'addD').Disc().Send(), errAEDescNotFound);
+}
+
+TEST_F(Recorder, CancelWithoutAJobIsNoError) {
+    EXPECT_EQ(CodeOf([] { cli::CancelJob(); }), noErr);
+}
+
+TEST_F(Recorder, ReportIsAListOfLines) {
+    WriteFile(mSource / "what?", 10);
+    ASSERT_EQ(mkfifo((mSource / "a pipe").c_str(), 0600), 0);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    EXPECT_EQ(Event('Fv8k', 'wrIt').Disc().Send(), noErr);
+    EXPECT_THAT(cli::GetTexts(kDisc, 'rept'),
+                ElementsAre(HasSubstr("what?: the name has"), HasSubstr("a pipe: a pipe")));
+}
+
+TEST_F(Recorder, TerminateSignalStopsTheJobAndLeavesNothing) {
+    StartMuch();
+    const ProcessSerialNumber psn = UProcess::GetPSN('Fv8k', 'APPL');
+    pid_t pid = 0;
+    ASSERT_EQ(GetProcessPID(&psn, &pid), noErr);
+    kill(pid, SIGTERM);
+    ASSERT_TRUE(Eventually([] { return !UProcess::IsRunning('Fv8k', 'APPL'); }, 4));
+    EXPECT_THAT(NamesIn(mRoot), ElementsAre("source"));
+}
+
+TEST_F(Recorder, KilledWriteLeavesNothingAfterTheNextStart) {
+    StartMuch();
+    const ProcessSerialNumber psn = UProcess::GetPSN('Fv8k', 'APPL');
+    ASSERT_EQ(KillProcess(&psn), noErr);
+    ASSERT_TRUE(Eventually([] { return !UProcess::IsRunning('Fv8k', 'APPL'); }));
+    EXPECT_FALSE(fs::exists(mImage));
+    EXPECT_EQ(Status(), 0) << "a new recorder answers";
+    EXPECT_THAT(NamesIn(mRoot), ElementsAre("source"));
+}
+
+}  // namespace
