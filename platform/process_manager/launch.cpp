@@ -106,7 +106,7 @@ OSErr Start(TableFile& ioTable, const Program& inProgram, const AppleEvent* inEv
     if (slot == nullptr) return memFullErr;
     const ProcessEntry entry = EntryFor(inProgram, NewNumber(ioTable));
     Describe(inProgram, &LongFactsOf(ioTable, *slot));
-    Publish(ioTable, *slot, entry, SlotState::kLaunching);
+    Publish(ioTable, *slot, entry);
     *outNumber = entry.psn.lowLongOfPSN;
     return SpawnFor(*slot, inProgram, inEvent);
 }

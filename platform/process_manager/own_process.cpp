@@ -46,7 +46,7 @@ void LeaveTable() {
     const std::lock_guard guard(sLock);
     if (!sOwn.checkedIn) return;
     // The thread that holds the slot may be another one; the kernel lets go of it with the process.
-    if (sOwn.table->IsCurrent()) Withdraw(*sOwn.slot);
+    if (sOwn.table->IsCurrent() && IsOwnNumber(sOwn.slot->number)) Withdraw(*sOwn.slot);
     StopListening();
     sOwn.checkedIn = false;
 }
@@ -93,29 +93,51 @@ void AdoptReservation(TableFile& ioTable, Slot& ioSlot) {
     sOwn.longFacts = LongFactsOf(ioTable, ioSlot);
 }
 
-OSErr EnterTable(TableFile& ioTable) {
-    Slot* slot = ClaimReservedSlot(ioTable);
-    const bool reserved = slot != nullptr;
-    if (!reserved) slot = ClaimSlot(ioTable);
-    if (slot == nullptr) return memFullErr;
-    if (reserved)
-        AdoptReservation(ioTable, *slot);
-    else
-        DescribeOwn(NewNumber(ioTable));
+void WriteOwnEntry(TableFile& ioTable, Slot& outSlot) {
+    LongFactsOf(ioTable, outSlot) = sOwn.longFacts;
+    Publish(ioTable, outSlot, sOwn.entry);
+    BeginRunning(outSlot);
+}
+
+// What the rest of the world may hold on to, once the entry can be seen.
+OSErr OpenForEvents(bool inWasLaunched) {
     const OSErr err = StartListening(SocketPathOf(sOwn.entry.psn.lowLongOfPSN));
+    if (err != noErr || !inWasLaunched) return err;
+    return PostOpeningEvent(sOwn.entry.psn.lowLongOfPSN, sOwn.entry.launcher);
+}
+
+Slot* TakeSlot(TableFile& ioTable, bool* outWasLaunched) {
+    WithdrawFormerProgram(ioTable);
+    Slot* slot = ClaimReservedSlot(ioTable);
+    *outWasLaunched = slot != nullptr;
+    if (slot == nullptr) slot = ClaimSlot(ioTable);
+    if (slot == nullptr) return nullptr;
+    if (*outWasLaunched) {
+        AdoptReservation(ioTable, *slot);
+        BeginRunning(*slot);
+    } else {
+        DescribeOwn(NewNumber(ioTable));
+        WriteOwnEntry(ioTable, *slot);
+    }
+    return slot;
+}
+
+OSErr EnterTable(TableFile& ioTable) {
+    bool wasLaunched = false;
+    Slot* const slot = TakeSlot(ioTable, &wasLaunched);
+    if (slot == nullptr) return memFullErr;
+    const OSErr err = OpenForEvents(wasLaunched);
     if (err != noErr) {
-        if (reserved) Withdraw(*slot);
+        StopListening();
+        Withdraw(*slot);
         LetGo(*slot);
         return err;
     }
     sOwn.slot = slot;
-    if (reserved) {
-        slot->state = SlotState::kRunning;
-        return PostOpeningEvent(sOwn.entry.psn.lowLongOfPSN, sOwn.entry.launcher);
-    }
-    LongFactsOf(ioTable, *slot) = sOwn.longFacts;
-    Publish(ioTable, *slot, sOwn.entry, SlotState::kRunning);
-    if (!sOwn.forked && !sOwn.entry.IsBackgroundOnly()) CountAsFronted(ioTable, *slot);
+    sOwn.entry.socketReady = true;
+    slot->socketReady = 1;
+    const bool startedByUser = !wasLaunched && !sOwn.forked;
+    if (startedByUser && !sOwn.entry.IsBackgroundOnly()) CountAsFronted(ioTable, *slot);
     return noErr;
 }
 
@@ -132,8 +154,8 @@ OSErr MoveToNewTable() {
     sOwn.table = table;
     sOwn.slot = slot;
     CountAsGivenOut(*table, sOwn.entry.psn.lowLongOfPSN);
-    LongFactsOf(*table, *slot) = sOwn.longFacts;
-    Publish(*table, *slot, sOwn.entry, SlotState::kRunning);
+    WriteOwnEntry(*table, *slot);
+    slot->socketReady = 1;
     if (!sOwn.entry.IsBackgroundOnly()) CountAsFronted(*table, *slot);
     return noErr;
 }
@@ -162,20 +184,17 @@ OSErr CheckInLocked() {
 OSErr CheckIn() {
     if (sOwn.checkedIn) return noErr;
     const std::lock_guard guard(sLock);
-    const OSErr err = CheckInLocked();
-    if (err == noErr && !sOwn.entry.socketReady) {
-        sOwn.entry.socketReady = true;
-        sOwn.slot->socketReady = 1;
-    }
-    return err;
+    return CheckInLocked();
 }
 
 OSErr CurrentTable(TableFile** outTable) {
     const OSErr err = CheckIn();
     if (err != noErr) return err;
     const OSErr renewed = sOwn.table->IsCurrent() ? OSErr(noErr) : RenewTable();
-    if (renewed == noErr) *outTable = sOwn.table;
-    return renewed;
+    if (renewed != noErr) return renewed;
+    if (sOwn.slot->ownerLost != 0) HoldAgain(*sOwn.slot);
+    *outTable = sOwn.table;
+    return noErr;
 }
 
 const ProcessEntry& CurrentProcess() {

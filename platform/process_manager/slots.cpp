@@ -1,12 +1,14 @@
 // Owns the life of one entry, from taking its slot to clearing it away.
 #include "process_manager/slots.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <string>
 #include <thread>
 
 #include "posix/proc_stat.h"
@@ -25,8 +27,35 @@ bool TryHold(Slot& ioSlot) {
     return err == 0 || err == EOWNERDEAD;
 }
 
+struct ProgramFile {
+    explicit ProgramFile(pid_t inPid) {
+        struct stat facts;
+        if (stat(("/proc/" + std::to_string(inPid) + "/exe").c_str(), &facts) != 0) return;
+        device = facts.st_dev;
+        inode = facts.st_ino;
+    }
+    UInt64 device = 0;
+    UInt64 inode = 0;
+};
+
+bool RunsItsProgram(const Slot& inSlot) {
+    const ProgramFile file(inSlot.pid);
+    return file.device == inSlot.programDevice && file.inode == inSlot.programInode;
+}
+
+// Of a slot that nobody holds: a program on its way to its first call, or one that has lost the
+// thread that held the slot. One that called up another in its place has lost it for good.
 bool HasLivingProcess(const Slot& inSlot) {
-    return inSlot.state != SlotState::kLaunching && IsProcessAlive(inSlot.pid, inSlot.startTime);
+    if (inSlot.state == SlotState::kLaunching) return false;
+    return IsProcessAlive(inSlot.pid, inSlot.startTime) &&
+           (inSlot.state == SlotState::kStarting || RunsItsProgram(inSlot));
+}
+
+void ClearAway(Slot& ioSlot) {
+    const UInt32 number = ioSlot.number;
+    Withdraw(ioSlot);
+    unlink(SocketPathOf(number).c_str());
+    DropOpeningEvent(number);
 }
 
 // Nobody held the slot although its number is out: its process is dead, or has only lost the thread
@@ -34,11 +63,7 @@ bool HasLivingProcess(const Slot& inSlot) {
 bool ResolveUnheld(Slot& ioSlot, UInt32 inNumber) {
     const bool alive = ioSlot.number == inNumber && HasLivingProcess(ioSlot);
     if (alive && ioSlot.state == SlotState::kRunning) ioSlot.ownerLost = 1;
-    if (!alive && ioSlot.number == inNumber) {
-        Withdraw(ioSlot);
-        unlink(SocketPathOf(inNumber).c_str());
-        DropOpeningEvent(inNumber);
-    }
+    if (!alive && ioSlot.number == inNumber) ClearAway(ioSlot);
     LetGo(ioSlot);
     return alive;
 }
@@ -49,9 +74,17 @@ bool IsReservedByParent(const Slot& inSlot) {
            (inSlot.pid == getppid() || inSlot.pid == getpid());
 }
 
-bool IsReservedForMe(const Slot& inSlot) {
-    return inSlot.number != 0 && inSlot.state == SlotState::kStarting && inSlot.pid == getpid() &&
+bool IsMine(const Slot& inSlot, SlotState inState) {
+    return inSlot.number != 0 && inSlot.state == inState && inSlot.pid == getpid() &&
            inSlot.startTime == ProcessStartTime(getpid());
+}
+
+bool IsReservedForMe(const Slot& inSlot) {
+    return IsMine(inSlot, SlotState::kStarting);
+}
+
+bool IsOfFormerProgram(const Slot& inSlot) {
+    return IsMine(inSlot, SlotState::kRunning);
 }
 
 template <typename Test>
@@ -82,6 +115,13 @@ Slot* ClaimUnusedSlot(TableFile& ioTable) {
 }
 
 }  // namespace
+
+void WithdrawFormerProgram(TableFile& ioTable) {
+    Slot* const former = FindSlot(ioTable, IsOfFormerProgram);
+    if (former == nullptr || !TryHold(*former)) return;
+    ClearAway(*former);
+    LetGo(*former);
+}
 
 Slot* ClaimSlot(TableFile& ioTable) {
     Slot* slot = ClaimUnusedSlot(ioTable);
@@ -116,7 +156,7 @@ void CountAsGivenOut(TableFile& ioTable, UInt32 inNumber) {
     RaiseTo(ioTable->header.nextNumber, inNumber + 1);
 }
 
-void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry, SlotState inState) {
+void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry) {
     outSlot.type = inEntry.type;
     outSlot.signature = inEntry.signature;
     outSlot.mode = inEntry.mode;
@@ -125,11 +165,11 @@ void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry, Slo
     std::memcpy(outSlot.name, inEntry.name, sizeof outSlot.name);
     outSlot.application = inEntry.application;
     outSlot.pid = inEntry.pid;
-    outSlot.startTime = inState == SlotState::kLaunching ? 0 : ProcessStartTime(inEntry.pid);
+    outSlot.startTime = 0;
     outSlot.ownerLost = 0;
     outSlot.fronted = 0;
-    outSlot.socketReady = inEntry.socketReady;
-    outSlot.state = inState;
+    outSlot.socketReady = 0;
+    outSlot.state = SlotState::kLaunching;
     CountAsUsed(ioTable, outSlot);
     outSlot.number = inEntry.psn.lowLongOfPSN;
 }
@@ -145,6 +185,19 @@ void Withdraw(Slot& ioSlot) {
 
 void LetGo(Slot& ioSlot) {
     pthread_mutex_unlock(&ioSlot.owner);
+}
+
+// Readers that see the mark gone find the slot held already.
+void HoldAgain(Slot& ioSlot) {
+    if (TryHold(ioSlot)) ioSlot.ownerLost = 0;
+}
+
+void BeginRunning(Slot& ioSlot) {
+    const ProgramFile file(getpid());
+    ioSlot.programDevice = file.device;
+    ioSlot.programInode = file.inode;
+    ioSlot.startTime = ProcessStartTime(getpid());
+    ioSlot.state = SlotState::kRunning;
 }
 
 Slot* FindLivingSlot(TableFile& ioTable, UInt32 inNumber) {

@@ -8,6 +8,9 @@
 
 namespace carbon {
 
+// Removes the entry of the program that called up this one in its place. Before a slot is taken.
+void WithdrawFormerProgram(TableFile& ioTable);
+
 // Takes an unused slot for this thread. Null when the table is full of living processes.
 Slot* ClaimSlot(TableFile& ioTable);
 
@@ -21,9 +24,9 @@ UInt32 NewNumber(TableFile& ioTable);
 // Keeps a number that comes from an earlier table from being given out again.
 void CountAsGivenOut(TableFile& ioTable, UInt32 inNumber);
 
-// Writes an entry into a slot that this thread holds. The number is written last and makes the
-// entry visible; it is inEntry.psn's.
-void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry, SlotState inState);
+// Writes an entry, in the state kLaunching, into a slot that this thread holds. The number is
+// written last and makes the entry visible; it is inEntry.psn's.
+void Publish(TableFile& ioTable, Slot& outSlot, const ProcessEntry& inEntry);
 
 // The path and name that are too long for the slot itself. Before Publish.
 LongFacts& LongFactsOf(TableFile& ioTable, const Slot& inSlot);
@@ -33,6 +36,12 @@ void Withdraw(Slot& ioSlot);
 
 // Lets go of a slot that this thread holds.
 void LetGo(Slot& ioSlot);
+
+// Has this thread hold the process's own slot when the one that held it has ended.
+void HoldAgain(Slot& ioSlot);
+
+// Notes that the process of this slot now runs, as the program of the caller.
+void BeginRunning(Slot& ioSlot);
 
 // The entry with this number, if its process lives. A dead one is cleared away.
 Slot* FindLivingSlot(TableFile& ioTable, UInt32 inNumber);

@@ -51,6 +51,8 @@ struct alignas(256) Slot {
     std::atomic<pid_t> pid;
     std::atomic<UInt64> fronted;    // grows each time the process comes to the front; 0: never
     std::atomic<UInt64> startTime;  // tells the pid from a later use of it
+    UInt64 programDevice;           // the program file, which tells it from what it may call up in
+    UInt64 programInode;            // its own place
     std::atomic<UInt32> ownerLost;  // the process outlived the thread that held the slot
     std::atomic<UInt32> socketReady;
     OSType type;

@@ -2,9 +2,12 @@
 // commands from its standard input until that closes.
 //   n  does nothing but answer, so that the tester knows the peer still lives
 //   c  answers with the number of processes it sees
+//   r  calls up its own program in its place
+//   e  calls up a shell in its place, which answers 77 and reads on
 //   q  returns from main
 //   x  calls ExitToShell
 #include <Carbon/Processes.h>
+#include <unistd.h>
 
 #include <cstdio>
 
@@ -15,6 +18,11 @@ int CountProcesses() {
     int count = 0;
     while (GetNextProcess(&psn) == noErr) ++count;
     return count;
+}
+
+void CallUp(const char* inProgram, const char* inFlag, const char* inScript) {
+    execl(inProgram, inProgram, inFlag, inScript, nullptr);
+    std::perror(inProgram);
 }
 
 void Say(int inNumber) {
@@ -31,6 +39,8 @@ int main() {
     if (err != noErr) return 1;
     for (int command = std::getchar(); command != EOF && command != 'q'; command = std::getchar()) {
         if (command == 'n') Say(0);
+        if (command == 'r') CallUp("/proc/self/exe", nullptr, nullptr);
+        if (command == 'e') CallUp("/bin/sh", "-c", "echo 77; read line");
         if (command == 'x') ExitToShell();
         if (command == 'c') Say(CountProcesses());
     }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -157,6 +158,61 @@ ino_t TableInode() {
     struct stat facts = {};
     stat(TablePath().c_str(), &facts);
     return facts.st_ino;
+}
+
+// Which processes have lost the thread that held their entry, as the file has it.
+bool HasLostItsOwner(UInt32 inNumber) {
+    const auto layout = std::make_unique<carbon::TableLayout>();
+    std::ifstream file(TablePath(), std::ios::binary);
+    file.read(reinterpret_cast<char*>(layout.get()), sizeof *layout);
+    for (const carbon::Slot& slot : layout->slots) {
+        if (slot.number == inNumber) return slot.ownerLost != 0;
+    }
+    ADD_FAILURE() << "no entry " << inNumber;
+    return false;
+}
+
+TEST(ProcessTable, NextCallHoldsTheEntryAgainThatAnEndedThreadHeld) {
+    OwnNumber();
+    int answers[2], questions[2];
+    ASSERT_EQ(pipe(answers), 0);
+    ASSERT_EQ(pipe(questions), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        UInt32 number = 0;
+        std::thread([&] { number = OwnNumber(); }).join();
+        for (char go; write(answers[1], &number, sizeof number) == sizeof number;)
+            if (read(questions[0], &go, 1) == 1) ListedNumbers();
+        _exit(1);
+    }
+    UInt32 number = 0;
+    ASSERT_EQ(read(answers[0], &number, sizeof number), ssize_t(sizeof number));
+    EXPECT_TRUE(IsListed({0, number}));
+    EXPECT_TRUE(HasLostItsOwner(number));
+    ASSERT_EQ(write(questions[1], "g", 1), 1);
+    ASSERT_EQ(read(answers[0], &number, sizeof number), ssize_t(sizeof number));
+    EXPECT_FALSE(HasLostItsOwner(number));
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_FALSE(IsListed({0, number}));
+}
+
+TEST(ProcessTable, ProgramThatCallsUpAnotherInItsPlaceIsGone) {
+    OwnNumber();
+    Peer peer;
+    const ProcessSerialNumber psn = peer.Psn();
+    ASSERT_TRUE(IsListed(psn));
+    EXPECT_EQ(peer.Ask('e'), 77);  // said by the other program
+    EXPECT_FALSE(IsListed(psn));
+}
+
+TEST(ProcessTable, ProgramThatCallsUpItselfIsANewProcess) {
+    OwnNumber();
+    Peer peer;
+    const int again = peer.Ask('r');
+    EXPECT_GT(UInt32(again), Low(peer.Psn()));
+    EXPECT_FALSE(IsListed(peer.Psn()));
+    EXPECT_EQ(peer.Ask('c'), 2);
 }
 
 TEST(ProcessTable, KilledAtAnyInstantOfItsRegistrationLeavesASoundTable) {
