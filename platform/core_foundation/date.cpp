@@ -55,7 +55,7 @@ std::u16string __CFDate::Describe() const {
         const size_t length = std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S +0000", &parts);
         return std::u16string(text, text + length);
     }
-    const int length = std::snprintf(text, sizeof text, "%.0f s", mTime);
+    const int length = std::snprintf(text, sizeof text, "%g s", mTime);
     return std::u16string(text, text + length);
 }
 
