@@ -34,7 +34,7 @@ OSErr GetInfo(const FSRef& inRef, FSCatalogInfoBitmap inWhich, FSCatalogInfo* ou
     if (inWhich & ~FSCatalogInfoBitmap(kKnownInfo)) return errFSBadInfoBitmap;
     if (!outInfo && inWhich != kFSCatInfoNone) return paramErr;
     const Catalog catalog;
-    Objects& objects = *catalog.operator->();
+    Objects& objects = *catalog;
     Object object;
     if (const OSErr error = objects.FindByRef(inRef, &object)) return error;
     if (outInfo) {
@@ -90,7 +90,7 @@ OSErr MakeRefByName(const FSRef& inParent, UInt32 inLength, const UniChar* inNam
     if (inLength == 0) return errFSMissingName;
     if (inLength > kLongestUnicodeName) return errFSNameTooLong;
     const Catalog catalog;
-    Objects& objects = *catalog.operator->();
+    Objects& objects = *catalog;
     Object object;
     if (const OSErr error = objects.FindByRef(inParent, &object)) return error;
     if (!object.status.IsFolder()) return errFSNotAFolder;

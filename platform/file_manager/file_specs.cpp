@@ -19,8 +19,7 @@ OSErr MakeSpec(FSVolumeRefNum inVolume, SInt32 inDirectory, ConstStr255Param inN
                FSSpec* outSpec) {
     const Catalog catalog;
     Object object;
-    const OSErr error =
-        FindByPathname(*catalog.operator->(), inVolume, inDirectory, inName, &object);
+    const OSErr error = FindByPathname(*catalog, inVolume, inDirectory, inName, &object);
     *outSpec = error == noErr || error == fnfErr ? object.spec : FSSpec{};
     return error;
 }
@@ -45,7 +44,7 @@ OSErr GetFinderInfo(const FSSpec& inSpec, FInfo* outInfo) {
 
 OSErr GetDefault(StringPtr outName, FSVolumeRefNum* outVolume, SInt32* outDirectory) {
     const Catalog catalog;
-    Objects& objects = *catalog.operator->();
+    Objects& objects = *catalog;
     const DefaultDirectory current = CurrentDirectory(objects);
     const Volume* volume = objects.AllFolders().FindVolume(current.volume);
     if (!volume) return nsvErr;
@@ -57,7 +56,7 @@ OSErr GetDefault(StringPtr outName, FSVolumeRefNum* outVolume, SInt32* outDirect
 
 OSErr SetDefault(ConstStr63Param inName, FSVolumeRefNum inVolume, SInt32 inDirectory) {
     const Catalog catalog;
-    Objects& objects = *catalog.operator->();
+    Objects& objects = *catalog;
     const Volume* named = inName ? VolumeInPathname(objects, TextOfPascal(inName)) : nullptr;
     if (inName && inName[0] > 0 && !named) return nsvErr;
     if (inVolume == 0 && !named) inVolume = CurrentDirectory(objects).volume;

@@ -278,8 +278,8 @@ Catalog::~Catalog() {
     sMutex.unlock();
 }
 
-Objects* Catalog::operator->() const {
-    return &SharedObjects();
+Objects& Catalog::operator*() const {
+    return SharedObjects();
 }
 
 }  // namespace carbon

@@ -13,7 +13,7 @@ namespace carbon {
 struct Entry;
 
 struct Object {
-    FSSpec spec{};
+    FSSpec spec{};  // the name as SpecNameOfEntry gives it
     std::string path;
     std::string diskName;
     ObjectStatus status;
@@ -60,7 +60,8 @@ class Catalog {
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
 
-    Objects* operator->() const;
+    Objects& operator*() const;
+    Objects* operator->() const { return &**this; }
 };
 
 }  // namespace carbon

@@ -79,10 +79,11 @@ class FileFixture : public testing::Test {
     }
 
     // One line from the helper process, without its end.
-    static std::string Ask(const std::string& inArguments) {
+    static std::string Ask(const std::string& inArguments, const std::string& inEnvironment = "") {
         const auto program =
             std::filesystem::canonical("/proc/self/exe").parent_path() / "file_peer";
-        FILE* pipe = popen((program.string() + ' ' + inArguments).c_str(), "r");
+        const auto command = inEnvironment + ' ' + program.string() + ' ' + inArguments;
+        FILE* pipe = popen(command.c_str(), "r");
         char line[8192] = "";
         EXPECT_NE(std::fgets(line, sizeof line, pipe), nullptr);
         EXPECT_EQ(pclose(pipe), 0);
