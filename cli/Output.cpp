@@ -35,7 +35,7 @@ std::string Clock(SInt64 inSeconds) {
 std::string Grouped(SInt64 inNumber) {
     std::string digits = std::to_string(inNumber);
     const size_t first = inNumber < 0 ? 1 : 0;
-    for (size_t at = digits.size(); at > first + 3;) digits.insert(at -= 3, ",");
+    for (size_t at = digits.size(); at > first + 3;) digits.insert(at -= 3, 1, ',');
     return digits;
 }
 

@@ -158,6 +158,13 @@ void ThrowIfJobFailed() {
                   GetCode(kDisc, 'phas') == 'veri' ? kNotVerified : kFailed);
 }
 
+// A burner leaves no file: what was added is what there is to tell.
+SInt64 SizeOf(const std::string& inImage) {
+    std::error_code none;
+    const auto size = std::filesystem::file_size(inImage, none);
+    return none ? GetNumber(kDisc, 'DRsi') * 1024 : static_cast<SInt64>(size);
+}
+
 struct Summary {
     std::string path;
     SInt64 bytes = 0;
@@ -209,7 +216,7 @@ void Burn(const BurnRequest& inRequest) {
 
     Summary summary;
     summary.path = GetText(kDisc, 'rPth');
-    summary.bytes = GetNumber(kDisc, 'bTot');
+    summary.bytes = SizeOf(summary.path);
     summary.items = GetNumber(kDisc, 'nFil');
     summary.verified = GetBoolean(kDisc, 'vfyd');
     summary.simulated = inRequest.simulate;
