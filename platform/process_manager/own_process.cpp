@@ -212,6 +212,10 @@ UInt32 NumberFromPsn(const ProcessSerialNumber& inPsn) {
     return inPsn.lowLongOfPSN < kFirstNumber ? 0 : inPsn.lowLongOfPSN;
 }
 
+bool WasGivenOut(UInt32 inNumber) {
+    return inNumber >= kFirstNumber && inNumber < (*sOwn.table)->header.nextNumber;
+}
+
 std::string SocketPathOf(UInt32 inNumber) {
     std::string folder;
     char name[16];

@@ -20,6 +20,9 @@ bool IsOwnNumber(UInt32 inNumber);
 // that no process can have. After CheckIn.
 UInt32 NumberFromPsn(const ProcessSerialNumber& inPsn);
 
+// Whether a process has had this number, living or not. After CheckIn.
+bool WasGivenOut(UInt32 inNumber);
+
 // The socket of the process with this number.
 std::string SocketPathOf(UInt32 inNumber);
 

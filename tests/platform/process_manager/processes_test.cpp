@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <ctime>
 #include <string>
 
 #include "platform/process_manager/Peer.h"
@@ -65,6 +66,20 @@ TEST(Processes, InformationWritesOnlyWhatWasAskedFor) {
     EXPECT_EQ(info.processMode & 0x10C0, 0x10C0u);
     EXPECT_EQ(Low(info.processLauncher), 0u);
     EXPECT_LE(info.processLaunchDate, TickCount());
+}
+
+TEST(Processes, ActiveTimeGrowsWithTheWorkDone) {
+    ProcessInfoRec info = {};
+    info.processInfoLength = 60;
+    ASSERT_EQ(GetProcessInformation(&kMe, &info), noErr);
+    const UInt32 before = info.processActiveTime;
+    timespec used = {};
+    const auto target = before + 5;  // ticks
+    while (UInt64(used.tv_sec) * 60 + UInt64(used.tv_nsec) * 60 / 1'000'000'000 < target)
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    ASSERT_EQ(GetProcessInformation(&kMe, &info), noErr);
+    EXPECT_GE(info.processActiveTime, target);
+    EXPECT_LT(info.processActiveTime, target + 600);
 }
 
 TEST(Processes, NameFitsIntoThirtyTwoBytes) {
