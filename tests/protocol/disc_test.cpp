@@ -6,12 +6,6 @@
 #include "vantor/controller/CVantor.h"
 #include "vantor/process/UProcess.h"
 
-// Kept: the reference to the disc stays allocated.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
-const char* __lsan_default_suppressions() {
-    return "leak:VantorMediaSettingInfo\n";
-}
-
 namespace {
 
 using testing::ElementsAre;

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "vantor/foundation/LException.h"
+
 namespace {
 
 std::string PropertyList(const BundleFacts& inFacts) {
@@ -20,6 +22,7 @@ std::string PropertyList(const BundleFacts& inFacts) {
     add("CFBundleSignature", inFacts.creator);
     add("CFBundleVersion", inFacts.version);
     if (!inFacts.name.empty()) add("CFBundleName", inFacts.name);
+    if (inFacts.backgroundOnly) text += "<key>LSBackgroundOnly</key><true/>\n";
     return text + "</dict></plist>\n";
 }
 
@@ -44,6 +47,15 @@ RecorderBundle::RecorderBundle(const BundleFacts& inFacts)
     std::filesystem::create_directories(mPath / "Contents" / "Linux");
     PlaceProgram(mPath / "Contents" / "Linux" / "recorder");
     Describe(inFacts);
+}
+
+FSSpec RecorderBundle::Spec() const {
+    FSRef ref;
+    FSSpec spec;
+    const auto path = reinterpret_cast<const UInt8*>(mPath.c_str());
+    ThrowIfError(FSPathMakeRef(path, &ref, nullptr));
+    ThrowIfError(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr));
+    return spec;
 }
 
 void RecorderBundle::Describe(const BundleFacts& inFacts) const {

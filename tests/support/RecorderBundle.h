@@ -1,6 +1,8 @@
 // Recording applications put where Launch Services looks, and what one of them was sent.
 #pragma once
 
+#include <Carbon/Carbon.h>
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -11,6 +13,7 @@ struct BundleFacts {
     std::string version = "99.0";   // CFBundleVersion, above any other that may be about
     std::string type = "APPL";
     std::string creator = "Fv8k";
+    bool backgroundOnly = false;
 };
 
 // Where bundles of this test's user are found.
@@ -23,6 +26,8 @@ class RecorderBundle {
 
     const std::filesystem::path& Path() const { return mPath; }
 
+    // The bundle's folder as the File Manager names it.
+    FSSpec Spec() const;
     // Writes Info.plist and PkgInfo anew.
     void Describe(const BundleFacts& inFacts) const;
     // Replaces the script; see ScriptedRecorder/Script.h.

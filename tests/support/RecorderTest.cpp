@@ -15,6 +15,12 @@ const TemporaryHome sHome;
 
 }  // namespace
 
+// Kept: the call leaves the reference it makes allocated.
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
+const char* __lsan_default_suppressions() {
+    return "leak:VantorMediaSettingInfo\n";
+}
+
 bool Eventually(const std::function<bool()>& inCondition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
     while (!inCondition()) {

@@ -1,0 +1,189 @@
+// Processes with exceptions, among real ones: lookup, fronting, launching, quitting.
+#include "vantor/process/UProcess.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "support/Applications.h"
+#include "support/PascalString.h"
+#include "support/RealCall.h"
+#include "support/RecorderTest.h"
+#include "support/Thrown.h"
+
+namespace {
+
+ProcessSerialNumber sHidden = {0, 0};  // its information cannot be read
+LaunchParamBlockRec sLaunched = {};
+FSSpec sLaunchedSpec = {};
+
+}  // namespace
+
+OSErr GetProcessInformation(const ProcessSerialNumber* inPSN, ProcessInfoRec* outInfo) {
+    if (inPSN->lowLongOfPSN == sHidden.lowLongOfPSN && sHidden.lowLongOfPSN != 0) return ioErr;
+    return REAL_CALL(GetProcessInformation)(inPSN, outInfo);
+}
+
+OSErr LaunchApplication(LaunchPBPtr ioBlock) {
+    sLaunched = *ioBlock;
+    sLaunchedSpec = *ioBlock->launchAppSpec;
+    return REAL_CALL(LaunchApplication)(ioBlock);
+}
+
+namespace {
+
+using Process = ApplicationsTest;
+
+TEST_F(Process, ThatDoesNotRunIsProcNotFound) {
+    EXPECT_EQ(CodeThrownBy([] { UProcess::GetPSN('none', 'APPL'); }), procNotFound);
+    EXPECT_FALSE(UProcess::IsRunning('none', 'APPL'));
+    EXPECT_FALSE(UProcess::IsRunning(PString("nobody"), 'APPL', false, false));
+}
+
+TEST_F(Process, IsFoundByCreatorAndTypeBoth) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    EXPECT_EQ(UProcess::GetPSN('OneA', 'APPL'), psn);
+    EXPECT_TRUE(UProcess::IsRunning('OneA', 'APPL'));
+    EXPECT_FALSE(UProcess::IsRunning('OneA', 'appe'));
+}
+
+TEST_F(Process, LaunchedFirstIsFoundFirst) {
+    const ProcessSerialNumber first = InstallAndLaunch("First", "Twin");
+    const ProcessSerialNumber second = InstallAndLaunch("Second", "Twin");
+    EXPECT_NE(first, second);
+    EXPECT_EQ(UProcess::GetPSN('Twin', 'APPL'), first);
+}
+
+TEST_F(Process, ThatCannotBeReadIsPassedOver) {
+    const ProcessSerialNumber first = InstallAndLaunch("First", "Twin");
+    const ProcessSerialNumber second = InstallAndLaunch("Second", "Twin");
+    sHidden = first;
+    EXPECT_EQ(UProcess::GetPSN('Twin', 'APPL'), second);
+    sHidden = second;
+    EXPECT_EQ(UProcess::GetPSN('Twin', 'APPL'), first);
+    sHidden = {0, 0};
+}
+
+TEST_F(Process, IsFoundByNameWithAndWithoutCase) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    SProcessInfo info;
+    UProcess::GetInfo(psn, info);
+    std::string name = TextOf(info.mName);
+    ASSERT_FALSE(name.empty());
+    EXPECT_EQ(UProcess::GetPSN(PString(name), 'APPL', true, true), psn);
+    EXPECT_FALSE(UProcess::IsRunning(PString(name), 'appe', true, true));
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) {
+        return static_cast<char>(std::isupper(c) ? std::tolower(c) : std::toupper(c));
+    });
+    EXPECT_TRUE(UProcess::IsRunning(PString(name), 'APPL', false, true));
+    EXPECT_FALSE(UProcess::IsRunning(PString(name), 'APPL', true, true));
+}
+
+TEST_F(Process, InformationBringsNumbersNameAndFile) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    SProcessInfo info;
+    EXPECT_EQ(info.processInfoLength, 60u);
+    UProcess::GetInfo(psn, info);
+    EXPECT_EQ(info.processSignature, OSType{'OneA'});
+    EXPECT_EQ(info.processType, OSType{'APPL'});
+    EXPECT_EQ(ProcessSerialNumber(info.processNumber), psn);
+    EXPECT_GT(info.mAppSpec.name[0], 0);
+    EXPECT_EQ(ProcessSerialNumber(info.processLauncher), UProcess::GetMyPSN());
+}
+
+TEST_F(Process, OwnNumberIsRealAndTheSameAsTheCurrentOne) {
+    const ProcessSerialNumber mine = UProcess::GetMyPSN(), current = UProcess::GetCurrentPSN();
+    EXPECT_EQ(+current.highLongOfPSN, 0u);
+    EXPECT_EQ(+current.lowLongOfPSN, 2u);
+    EXPECT_GT(+mine.lowLongOfPSN, 2u);
+    EXPECT_TRUE(UProcess::IsSame(mine, current));
+    EXPECT_FALSE(UProcess::IsSame(mine, {0, 0}));
+    EXPECT_TRUE(mine == current);
+    EXPECT_TRUE((mine != ProcessSerialNumber{0, 0}));
+}
+
+TEST_F(Process, StepsThroughTheListInLaunchOrderToItsEnd) {
+    const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
+    const ProcessSerialNumber two = InstallAndLaunch("Two", "TwoA");
+    std::vector<UInt32> listed;
+    ProcessSerialNumber psn = {0, kNoProcess};
+    while (!UProcess::GetNextPSN(psn)) listed.push_back(psn.lowLongOfPSN);
+    EXPECT_EQ(+psn.lowLongOfPSN, UInt32{kNoProcess});
+    EXPECT_THAT(listed, testing::ElementsAre(UProcess::GetMyPSN().lowLongOfPSN, one.lowLongOfPSN,
+                                             two.lowLongOfPSN));
+}
+
+TEST_F(Process, SteppingFromANumberNeverGivenOutThrows) {
+    ProcessSerialNumber psn = {0, 0x7FFFFFFF};
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::GetNextPSN(psn); }), paramErr);
+}
+
+TEST_F(Process, ComesToTheFrontAndGivesWay) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    UProcess::SetFront(psn);
+    EXPECT_EQ(UProcess::GetFront(), psn);
+    UProcess::MakeMeFront();
+    EXPECT_EQ(UProcess::GetFront(), UProcess::GetMyPSN());
+}
+
+TEST_F(Process, ThatHasEndedIsAnErrorForEachCall) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    ASSERT_EQ(KillProcess(&psn), noErr);
+    ASSERT_TRUE(Eventually([&] { return HasEnded(psn); }));
+    SProcessInfo info;
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::GetInfo(psn, info); }), procNotFound);
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::SetFront(psn); }), procNotFound);
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::Wake(psn); }), procNotFound);
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::Kill(psn); }), procNotFound);
+}
+
+TEST_F(Process, CanBeWoken) {
+    const ProcessSerialNumber psn = InstallAndLaunch("One", "OneA");
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::Wake(psn); }), std::nullopt);
+}
+
+TEST_F(Process, IsAskedToQuitAndNothingWaits) {
+    RecorderBundle& bundle = Install("One", "OneA");
+    const ProcessSerialNumber psn = Launch(bundle);
+    UProcess::Kill(psn);
+    EXPECT_TRUE(Eventually([&] { return HasEnded(psn); }));
+    EXPECT_EQ(bundle.Events(), std::vector<std::string>{"aevt/quit tran=0 reply=0"});
+}
+
+TEST_F(Process, AllOthersAreAskedToQuitButTheFinderOnlyWhenWanted) {
+    const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
+    const ProcessSerialNumber finder = InstallAndLaunch("Finder", "MACS", "FNDR");
+    const ProcessSerialNumber two = InstallAndLaunch("Two", "TwoA");
+    UProcess::KillAllButMe(false);
+    EXPECT_TRUE(Eventually([&] { return HasEnded(one) && HasEnded(two); }));
+    EXPECT_FALSE(HasEnded(finder));
+    UProcess::KillAllButMe(true);
+    EXPECT_TRUE(Eventually([&] { return HasEnded(finder); }));
+}
+
+TEST_F(Process, KillingAllWithoutAFinderIsNoFailure) {
+    const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
+    UProcess::KillAllButMe(true);
+    EXPECT_TRUE(Eventually([&] { return HasEnded(one); }));
+}
+
+TEST_F(Process, IsLaunchedWithAnExtendedBlockWithoutFileFlags) {
+    const RecorderBundle& bundle = Install("One", "OneA");
+    const FSSpec spec = bundle.Spec();
+    Launch(bundle);
+    EXPECT_EQ(+sLaunched.launchBlockID, 0x4C43);
+    EXPECT_EQ(+sLaunched.launchEPBLength, 32u);
+    EXPECT_EQ(+sLaunched.launchFileFlags, 0x0800);
+    EXPECT_EQ(+sLaunched.launchControlFlags, launchContinue | launchDontSwitch | 0x0800);
+    EXPECT_EQ(+sLaunched.launchAppParameters, nullptr);
+    EXPECT_EQ(std::memcmp(&sLaunchedSpec, &spec, 70), 0);
+}
+
+TEST_F(Process, LaunchingAFileThatIsGoneThrows) {
+    const RecorderBundle& bundle = Install("One", "OneA");
+    const FSSpec spec = bundle.Spec();
+    std::filesystem::remove_all(bundle.Path());
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::LaunchApp(spec, launchContinue); }), fnfErr);
+}
+
+}  // namespace
