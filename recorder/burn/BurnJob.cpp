@@ -3,11 +3,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
-#include <memory>
 #include <thread>
 
 #include "burn/BlockSums.h"
+#include "burn/PageBuffer.h"
 #include "burn/SourceTree.h"
 #include "burn/SourceWatcher.h"
 #include "burn/damage.h"
@@ -16,7 +15,6 @@ namespace recorder {
 namespace {
 
 constexpr size_t kReadBackChunk = 1024 * 1024;
-constexpr size_t kPage = 4096;
 constexpr int kPatienceForDisc = 600;  // seconds
 
 // Sums what passes, and says how far it is.
@@ -104,15 +102,12 @@ void BurnJob::Verify(Recording& inRecording, UInt64 inSize) {
     mContext.progress.Enter(Phase::Verifying, inSize);
     mContext.progress.Doing("reading the disc back");
     inRecording.PrepareReadBack();
-    // On a page: then drives can deliver into it directly.
-    const std::unique_ptr<UInt8, decltype(&std::free)> chunk(
-        static_cast<UInt8*>(std::aligned_alloc(kPage, kReadBackChunk)), std::free);
-    if (!chunk) throw BurnFailure(memFullErr, "There is not enough memory.");
+    const PageBuffer chunk(kReadBackChunk);
     for (UInt64 offset = 0; offset < inSize;) {
         mContext.CheckStop();
         const size_t count = size_t(std::min<UInt64>(kReadBackChunk, inSize - offset));
-        inRecording.ReadBack(offset, chunk.get(), count);
-        if (const auto bad = mSums->FirstDifference(offset, chunk.get(), count)) {
+        inRecording.ReadBack(offset, chunk.Data(), count);
+        if (const auto bad = mSums->FirstDifference(offset, chunk.Data(), count)) {
             mContext.progress.Doing("looking for the damaged file");
             throw BurnFailure(dataVerErr,
                               "The disc differs from what was written, in " +

@@ -11,11 +11,13 @@
 #include <cstring>
 #include <vector>
 
+#include "burn/PageBuffer.h"
+
 namespace recorder {
 namespace {
 
 constexpr UInt64 kPushWindow = 16 * 1024 * 1024;
-constexpr size_t kDirectUnit = 4096;
+constexpr size_t kWriteSize = 1024 * 1024;
 
 bool IsAllZero(const UInt8* inData, size_t inSize) {
     return inData[0] == 0 && std::memcmp(inData, inData + 1, inSize - 1) == 0;
@@ -31,23 +33,34 @@ void CheckCapacity(UInt64 inBytes, UInt64 inCapacity) {
 }  // namespace
 
 ImageRecording::ImageRecording(const Places& inPlaces, bool inReplace, UInt64 inCapacity)
-    : mPlaces(inPlaces), mCapacity(inCapacity), mFile(inPlaces.goal, inReplace) {}
+    : mPlaces(inPlaces), mCapacity(inCapacity), mFile(inPlaces.goal, inReplace) {
+    const std::string same = "/proc/self/fd/" + std::to_string(mFile.Fd());
+    mDirect.Reset(open(same.c_str(), O_RDWR | O_CLOEXEC | O_DIRECT));
+}
 
 void ImageRecording::Reserve(UInt64 inBytes) {
     CheckCapacity(inBytes, mCapacity);
     mFile.Reserve(inBytes);
 }
 
-void ImageRecording::WriteChunk(const UInt8* inData, size_t inSize, UInt64 inOffset) {
-    if (IsAllZero(inData, inSize))
-        return;  // the file is as long as the disc already and reads as zeros
+void ImageRecording::WriteTo(int inFd, const UInt8* inData, size_t inSize, UInt64 inOffset) {
     for (size_t written = 0; written < inSize;) {
         const ssize_t count =
-            pwrite(mFile.Fd(), inData + written, inSize - written, off_t(inOffset + written));
+            pwrite(inFd, inData + written, inSize - written, off_t(inOffset + written));
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
         written += size_t(count);
     }
+}
+
+// Past the page cache where the file system can: these pages would be in the way of others' and
+// cost as much time as the rest.
+void ImageRecording::WritePiece(const UInt8* inData, size_t inSize, UInt64 inOffset) {
+    if (IsAllZero(inData, inSize))
+        return;  // the file is as long as the disc already and reads as zeros
+    const size_t direct = mDirect ? inSize - inSize % PageBuffer::kPage : 0;
+    WriteTo(mDirect.Get(), inData, direct, inOffset);
+    if (direct < inSize) WriteTo(mFile.Fd(), inData + direct, inSize - direct, inOffset + direct);
 }
 
 // Starts the disk on the window just filled and waits for the one before: what a cancel has to wait
@@ -63,33 +76,32 @@ void ImageRecording::PushToDisk(UInt64 inOffset) {
 }
 
 void ImageRecording::Write(ImageStream& inStream, const JobContext& inContext) {
-    std::vector<UInt8> chunk(kChunk);
+    const PageBuffer piece(kWriteSize);
     const UInt64 size = inStream.Size();
     for (UInt64 offset = 0; offset < size;) {
-        inContext.CheckStop();
-        const size_t count = size_t(std::min<UInt64>(kChunk, size - offset));
-        inStream.Read(chunk.data(), count);
-        WriteChunk(chunk.data(), count, offset);
+        const size_t count = size_t(std::min<UInt64>(kWriteSize, size - offset));
+        for (size_t have = 0; have < count; have += kChunk) {
+            inContext.CheckStop();
+            inStream.Read(piece.Data() + have, std::min(kChunk, count - have));
+        }
+        WritePiece(piece.Data(), count, offset);
         offset += count;
-        PushToDisk(offset);
+        if (!mDirect) PushToDisk(offset);
     }
     inContext.CheckStop();
     inContext.progress.Doing("forcing the data to the disk");
     mFile.Sync();
 }
 
-// Past the page cache where the file system can, so that the disk is checked and not our memory of
-// it.
 void ImageRecording::PrepareReadBack() {
-    mDirect.Reset(open(("/proc/self/fd/" + std::to_string(mFile.Fd())).c_str(),
-                       O_RDONLY | O_CLOEXEC | O_DIRECT));
     posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_DONTNEED);
     posix_fadvise(mFile.Fd(), 0, 0, POSIX_FADV_SEQUENTIAL);
 }
 
+// Past the page cache too, so that the disk is checked and not our memory of it.
 void ImageRecording::ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) {
-    const bool aligned = (inOffset | reinterpret_cast<uintptr_t>(outData)) % kDirectUnit == 0;
-    const size_t direct = mDirect && aligned ? inSize - inSize % kDirectUnit : 0;
+    const bool aligned = (inOffset | reinterpret_cast<uintptr_t>(outData)) % PageBuffer::kPage == 0;
+    const size_t direct = mDirect && aligned ? inSize - inSize % PageBuffer::kPage : 0;
     ReadFrom(mDirect.Get(), inOffset, outData, direct);
     ReadFrom(mFile.Fd(), inOffset + direct, outData + direct, inSize - direct);
 }

@@ -25,14 +25,15 @@ class ImageRecording : public Recording {
     std::string Finish() override;
 
   private:
-    void WriteChunk(const UInt8* inData, size_t inSize, UInt64 inOffset);
+    void WriteTo(int inFd, const UInt8* inData, size_t inSize, UInt64 inOffset);
+    void WritePiece(const UInt8* inData, size_t inSize, UInt64 inOffset);
     void PushToDisk(UInt64 inOffset);
     void ReadFrom(int inFd, UInt64 inOffset, UInt8* outData, size_t inSize);
 
     Places mPlaces;
     UInt64 mCapacity;
     WorkFile mFile;
-    carbon::UniqueFd mDirect;  // for reading back; may stay empty
+    carbon::UniqueFd mDirect;  // the same file past the page cache; may stay empty
 };
 
 // Everything but the writing: it reads every source and leaves nothing behind.
