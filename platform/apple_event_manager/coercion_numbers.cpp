@@ -1,4 +1,5 @@
 // Numbers and truth values: to one another, to text and from it.
+#include <algorithm>
 #include <array>
 #include <cfloat>
 #include <charconv>
@@ -81,9 +82,8 @@ void WriteExtended(UInt8* outBytes, long double inValue) {
     } else if (inValue != 0) {
         const long double fraction = std::frexp(std::fabs(inValue), &exponent);
         exponent += kExtendedBias - 1;
-        const SInt32 shift = exponent > 0 ? 64 : 64 + exponent - 1;
-        significand = static_cast<UInt64>(std::ldexp(fraction, shift));
-        if (exponent < 0) exponent = 0;
+        if (exponent > 0) significand = static_cast<UInt64>(std::ldexp(fraction, 64));
+        exponent = std::max(exponent, 0);  // what is smaller than any normal number is zero
     }
     const auto sign = std::signbit(inValue) ? UInt16(0x8000) : UInt16(0);
     WriteBigEndian(outBytes, UInt16(sign | UInt16(exponent)));

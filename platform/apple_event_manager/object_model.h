@@ -85,7 +85,7 @@ class Resolver {
     OSErr Resolve(const Item& inSpecifier, Token& outToken);
 
   private:
-    static constexpr SInt64 kMostWork = 1 << 22;  // calls and KiB of key data
+    static constexpr SInt64 kMostWork = 1 << 20;  // calls and KiB of key data
 
     // Objects that a test found: a list of tokens, or a mark token of the application's.
     struct Matches {
