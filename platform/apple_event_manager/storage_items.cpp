@@ -138,6 +138,7 @@ void Storage::PutAttribute(AEKeyword inKey, const Item& inItem) {
 }
 
 void Storage::MarkFetched(UInt32 inPosition) {
+    if (mKind != Kind::Event) return;
     if (mFetched.size() <= inPosition) mFetched.resize(inPosition + 1);
     mFetched[inPosition] = true;
 }

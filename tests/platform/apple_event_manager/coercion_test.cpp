@@ -245,9 +245,8 @@ TEST_P(Refuses, Row) {
 INSTANTIATE_TEST_SUITE_P(Table, Refuses, testing::ValuesIn(kRefusals));
 
 TEST(Coercion, RoundTripsExtendedNumbersAtTheirLimits) {
-    for (const std::string& bytes :
-         {std::string("\x7F\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 10),
-std::string("\x80\x01\x80\0\0\0\0\0\0\0", 10)}) {
+    for (const std::string& bytes : {std::string("\x7F\xFE\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 10),
+                                     std::string("\x80\x01\x80\0\0\0\0\0\0\0", 10)}) {
         Desc text, back;
         ASSERT_EQ(Coerce(typeExtended, bytes, typeChar, text), noErr);
         ASSERT_EQ(Coerce(typeChar, text.Bytes(), typeExtended, back), noErr) << text.Bytes();
