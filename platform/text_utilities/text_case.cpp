@@ -4,6 +4,7 @@
 
 #include "resource_manager/registry.h"
 #include "text_utilities/folding.h"
+#include "text_utilities/scripts.h"
 
 namespace carbon {
 namespace {
@@ -14,8 +15,7 @@ void Fold(UInt8* ioText, SInt32 inLength, const ByteTable& inTable) {
 
 // A script's tables are resources of the system, so a missing one is told through ResError.
 void ChangeText(Ptr ioText, SInt16 inLength, ScriptCode inScript, const ByteTable& inTable) {
-    const bool hasTables =
-        inScript == smRoman || inScript == smSystemScript || inScript == smCurrentScript;
+    const bool hasTables = ResolvedScript(inScript) == smRoman;
     SetResError(hasTables ? OSErr(noErr) : OSErr(resNotFound));
     if (hasTables) Fold(reinterpret_cast<UInt8*>(ioText), inLength, inTable);
 }

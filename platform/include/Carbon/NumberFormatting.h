@@ -86,8 +86,8 @@ FormatStatus StringToFormatRec(ConstStr255Param inString, const NumberParts* par
 
 // Writes a format with the symbols of any parts table, and says where its parts stand (length 0
 // for those that it does not have; `positions` may be null). An empty text after any result but 0.
-// Returns fFormStrIsNAN, fBadPartsTable, fEmptyFormatString, or fFormatOverflow when it has more
-// than 255 characters.
+// Returns fFormStrIsNAN, fEmptyFormatString, fBadPartsTable when a symbol that it needs is not
+// there, or fFormatOverflow when it has more than 255 characters.
 FormatStatus FormatRecToString(const NumFormatString* myCanonical, const NumberParts* partsTable,
                                Str255 outString, TripleInt positions);
 
