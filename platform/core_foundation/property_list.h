@@ -13,6 +13,8 @@ namespace carbon {
 constexpr size_t kLargestPropertyList = 4 << 20;
 constexpr int kDeepestPropertyList = 64;
 constexpr size_t kMostPropertyListNodes = 200000;
+constexpr size_t kMostPropertyListBytes = 16
+                                          << 20;  // of texts and data, as often as they are named
 
 // The dictionary at the top of a list, owned by the caller; null when the bytes are not a list
 // whose top is one.

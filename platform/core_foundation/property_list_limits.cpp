@@ -1,4 +1,6 @@
 // Keeps lists that would exhaust the reader's stack or memory away from it.
+#include <optional>
+
 #include "core_foundation/property_list.h"
 
 namespace carbon {
@@ -50,40 +52,74 @@ class BinaryList {
     bool Visit(UInt64 inObject, int inDepth) {
         if (inObject >= mCount || inDepth > kDeepestPropertyList) return false;
         if (++mVisited > kMostPropertyListNodes) return false;
-        const UInt64 at = Number(mTable + inObject * mOffsetSize, mOffsetSize);
+        size_t at = Number(mTable + inObject * mOffsetSize, mOffsetSize);
         if (at < kBinaryMagic.size() || at >= mTable) return false;
-        const auto marker = static_cast<UInt8>(mBytes[at]);
-        const int kind = marker >> 4;
-        const bool isContainer = kind == 0xA || kind == 0xC || kind == 0xD;
-        return !isContainer || VisitParts(at, kind == 0xD ? 2 : 1, inDepth);
+        switch (static_cast<UInt8>(mBytes[at]) >> 4) {
+            case 0x4:
+                return UnitCount(&at, 1).has_value();
+            case 0x5:
+                return IsHarmlessText(at, 1);
+            case 0x6:
+                return IsHarmlessText(at, 2);
+            case 0xA:
+            case 0xC:
+                return VisitParts(at, 1, inDepth);
+            case 0xD:
+                return VisitParts(at, 2, inDepth);
+            default:
+                return true;
+        }
     }
 
-    bool VisitParts(size_t inAt, UInt64 inPartsAPiece, int inDepth) {
-        UInt64 count = static_cast<UInt8>(mBytes[inAt]) & 0x0F;
-        size_t start = inAt + 1;
+    // How many parts the object at *ioAt has; moves there. Nothing when they would not fit.
+    std::optional<UInt64> PartCount(size_t* ioAt, size_t inPartSize) const {
+        UInt64 count = static_cast<UInt8>(mBytes[(*ioAt)++]) & 0x0F;
         if (count == 0x0F) {
-            const size_t size = start < mTable ? size_t{1} << (mBytes[start] & 0x0F) : 9;
-            if (size > 8 || size > mTable - start - 1) return false;
-            count = Number(start + 1, size);
-            start += 1 + size;
+            const size_t size = *ioAt < mTable ? size_t{1} << (mBytes[*ioAt] & 0x0F) : 9;
+            if (size > 8 || size > mTable - *ioAt - 1) return std::nullopt;
+            count = Number(*ioAt + 1, size);
+            *ioAt += 1 + size;
         }
-        if (count > (mTable - start) / (mReferenceSize * inPartsAPiece)) return false;
-        for (UInt64 i = 0; i < count * inPartsAPiece; ++i) {
-            if (!Visit(Number(start + i * mReferenceSize, mReferenceSize), inDepth + 1)) {
+        return count <= (mTable - *ioAt) / inPartSize ? std::optional(count) : std::nullopt;
+    }
+
+    bool VisitParts(size_t inAt, size_t inReferencesAPiece, int inDepth) {
+        const auto count = PartCount(&inAt, mReferenceSize * inReferencesAPiece);
+        if (!count) return false;
+        for (UInt64 i = 0; i < *count * inReferencesAPiece; ++i) {
+            if (!Visit(Number(inAt + i * mReferenceSize, mReferenceSize), inDepth + 1)) {
                 return false;
             }
         }
         return true;
     }
 
+    // The units of a text or data object that *ioAt moves to; nothing when all that the list's
+    // references add up to is too much.
+    std::optional<UInt64> UnitCount(size_t* ioAt, size_t inUnitSize) {
+        const auto count = PartCount(ioAt, inUnitSize);
+        if (count) mContents += *count * inUnitSize;
+        return mContents <= kMostPropertyListBytes ? count : std::nullopt;
+    }
+
+    // libplist stops the program for a text with a zero in it.
+    bool IsHarmlessText(size_t inAt, size_t inUnitSize) {
+        const auto count = UnitCount(&inAt, inUnitSize);
+        for (UInt64 i = 0; count && i < *count; ++i) {
+            if (Number(inAt + i * inUnitSize, inUnitSize) == 0) return false;
+        }
+        return count.has_value();
+    }
+
     std::string_view mBytes;
-    size_t mOffsetSize = 0, mReferenceSize = 0, mVisited = 0;
+    size_t mOffsetSize = 0, mReferenceSize = 0, mVisited = 0, mContents = 0;
     UInt64 mCount = 0, mTable = 0;
 };
 
 }  // namespace
 
 bool IsHarmlessXML(std::string_view inBytes) {
+    if (inBytes.find('\0') != inBytes.npos) return false;
     int depth = 0;
     for (size_t at = inBytes.find('<'); at != inBytes.npos; at = inBytes.find('<', at)) {
         const size_t end = EndOfMarkup(inBytes, at);
