@@ -36,28 +36,43 @@ Connection::~Connection() {
     BreakWaiters();
 }
 
-Connection::PacketResult Connection::SendPacket(std::span<const UInt8> inHeader,
-                                                std::span<const UInt8> inPayload) {
+// The usual event is copied behind its header: that costs less than to have the kernel gather it.
+ssize_t Connection::TrySend(std::span<const UInt8> inHeader, std::span<const UInt8> inPayload) {
+    constexpr int kFlags = MSG_NOSIGNAL | MSG_DONTWAIT;
+    if (inHeader.empty()) return send(mSocket.Get(), inPayload.data(), inPayload.size(), kFlags);
+    UInt8 small[1024];
+    if (inPayload.size() <= sizeof small - inHeader.size()) {
+        const auto end = std::copy(inHeader.begin(), inHeader.end(), small);
+        std::copy(inPayload.begin(), inPayload.end(), end);
+        return send(mSocket.Get(), small, inHeader.size() + inPayload.size(), kFlags);
+    }
     iovec pieces[2] = {{const_cast<UInt8*>(inHeader.data()), inHeader.size()},
                        {const_cast<UInt8*>(inPayload.data()), inPayload.size()}};
     msghdr packet{};
     packet.msg_iov = pieces;
     packet.msg_iovlen = 2;
+    return sendmsg(mSocket.Get(), &packet, kFlags);
+}
+
+Connection::PacketResult Connection::SendPacket(std::span<const UInt8> inHeader,
+                                                std::span<const UInt8> inPayload) {
     for (;;) {
-        if (sendmsg(mSocket.Get(), &packet, MSG_NOSIGNAL | MSG_DONTWAIT) >= 0)
-            return PacketResult::kSent;
+        if (TrySend(inHeader, inPayload) >= 0) return PacketResult::kSent;
         if (errno == EAGAIN || errno == ENOBUFS || errno == ENOMEM) return PacketResult::kFull;
         if (errno != EINTR) return PacketResult::kBroken;
     }
 }
 
-Connection::PacketResult Connection::SendRest(std::span<const UInt8> inPayload, size_t* ioSent) {
-    while (*ioSent < inPayload.size()) {
-        const size_t size = std::min(inPayload.size() - *ioSent, kMaximumPacketSize);
-        const PacketResult result = SendPacket({}, inPayload.subspan(*ioSent, size));
+Connection::PacketResult Connection::SendRest(std::span<const UInt8> inHeader,
+                                              std::span<const UInt8> inPayload, size_t* ioSent) {
+    do {
+        const auto header = *ioSent == 0 ? inHeader : std::span<const UInt8>{};
+        const size_t size =
+            std::min(inPayload.size() - *ioSent, kMaximumPacketSize - header.size());
+        const PacketResult result = SendPacket(header, inPayload.subspan(*ioSent, size));
         if (result != PacketResult::kSent) return result;
         *ioSent += size;
-    }
+    } while (*ioSent < inPayload.size());
     return PacketResult::kSent;
 }
 
@@ -67,39 +82,25 @@ Connection::SendResult Connection::Send(const FrameHeader& inHeader,
     const auto header = EncodeHeader(inHeader);
     PacketResult result = PacketResult::kFull;
     size_t sent = 0;
-    if (mUnsent.empty()) result = SendNow(header, inPayload, &sent);
+    if (mUnsent.empty()) result = SendRest(header, inPayload, &sent);
     if (result == PacketResult::kBroken) {
         mTakesNoMore = true;
         return SendResult::kBroken;
     }
     ++mLastMessage;
     if (result == PacketResult::kSent) return SendResult::kSent;
-    std::vector<UInt8> bytes(header.begin(), header.end());
-    bytes.insert(bytes.end(), inPayload.begin(), inPayload.end());
-    mUnsentBytes += bytes.size();
-    mUnsent.push_back({mLastMessage, std::move(bytes), sent > 0 ? sent + kFrameHeaderSize : 0});
+    mUnsentBytes += inPayload.size();
+    mUnsent.push_back({mLastMessage, header, inPayload, {}, sent});
     return SendResult::kQueued;
-}
-
-Connection::PacketResult Connection::SendNow(std::span<const UInt8> inHeader,
-                                             std::span<const UInt8> inPayload, size_t* outSent) {
-    const size_t first = std::min(inPayload.size(), kMaximumPacketSize - kFrameHeaderSize);
-    const PacketResult result = SendPacket(inHeader, inPayload.first(first));
-    if (result != PacketResult::kSent) return result;
-    *outSent = first;
-    return SendRest(inPayload, outSent);
 }
 
 void Connection::Flush() {
     while (!mUnsent.empty()) {
         Unsent& message = mUnsent.front();
-        const PacketResult result = SendRest(message.bytes, &message.sent);
+        const PacketResult result = SendRest(message.header, message.payload, &message.sent);
         if (result == PacketResult::kFull) return;
-        if (result == PacketResult::kBroken) {
-            LoseUnsent();
-            return;
-        }
-        mUnsentBytes -= message.bytes.size();
+        if (result == PacketResult::kBroken) return LoseUnsent();
+        mUnsentBytes -= message.payload.size();
         mUnsent.pop_front();
     }
 }
@@ -116,13 +117,26 @@ bool Connection::IsHandedOver(UInt64 inMessage) const {
     return mUnsent.empty() || mUnsent.front().message > inMessage;
 }
 
-void Connection::Withdraw(UInt64 inMessage) {
+Connection::Unsent* Connection::FindUnsent(UInt64 inMessage) {
     const auto found = std::find_if(mUnsent.begin(), mUnsent.end(), [&](const Unsent& message) {
-        return message.message == inMessage && message.sent == 0;
+        return message.message == inMessage;
     });
-    if (found == mUnsent.end()) return;
-    mUnsentBytes -= found->bytes.size();
-    mUnsent.erase(found);
+    return found == mUnsent.end() ? nullptr : &*found;
+}
+
+void Connection::Keep(UInt64 inMessage) {
+    Unsent* message = FindUnsent(inMessage);
+    if (!message) return;
+    message->copy.assign(message->payload.begin(), message->payload.end());
+    message->payload = message->copy;
+}
+
+void Connection::Withdraw(UInt64 inMessage) {
+    const Unsent* message = FindUnsent(inMessage);
+    if (!message) return;
+    if (message->sent > 0) return Keep(inMessage);
+    mUnsentBytes -= message->payload.size();
+    std::erase_if(mUnsent, [&](const Unsent& unsent) { return unsent.message == inMessage; });
 }
 
 Connection::ReceiveResult Connection::Receive(bool inMayWait, Frame* outFrame) {

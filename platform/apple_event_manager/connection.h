@@ -19,7 +19,7 @@ namespace carbon {
 using ConnectionID = UInt64;  // never used again; 0 is none
 
 // How long a receive that may wait does.
-constexpr Clock::duration kPatience = std::chrono::milliseconds(20);
+constexpr Clock::duration kPatience = std::chrono::milliseconds(10);
 
 // A reply that a running AESend waits for.
 struct Waiter {
@@ -41,12 +41,17 @@ class Connection {
     ConnectionID ID() const { return mID; }
     int Socket() const { return mSocket.Get(); }
     const ProcessSerialNumber& Peer() const { return mPeer; }
+    // Whether a frame that says it comes from this number does; {0, 0} is a peer not known.
+    bool IsFrom(UInt32 inSender) const {
+        return mPeer.lowLongOfPSN == 0 || mPeer.lowLongOfPSN == inSender;
+    }
     bool IsOutgoing() const { return mDirection == Direction::kOutgoing; }
 
     // Messages are numbered from 1 in the order they were given. A message is handed over once the
     // kernel has all of it.
     //   kSent    handed over
-    //   kQueued  the peer does not read fast enough; Flush goes on
+    //   kQueued  the peer does not read fast enough; Flush goes on, from inPayload, which stays
+    //            where it is until the message is handed over, lost, withdrawn or kept
     //   kBroken  the peer takes no more and has not got this message
     enum class SendResult { kSent, kQueued, kBroken };
     SendResult Send(const FrameHeader& inHeader, std::span<const UInt8> inPayload);
@@ -56,7 +61,8 @@ class Connection {
     UInt64 LastMessage() const { return mLastMessage; }
     bool IsHandedOver(UInt64 inMessage) const;
     bool WasLost(UInt64 inMessage) const { return inMessage >= mFirstLost; }
-    void Withdraw(UInt64 inMessage);  // unless a part of it is on its way
+    void Withdraw(UInt64 inMessage);  // a message of which a part is on its way is kept instead
+    void Keep(UInt64 inMessage);      // makes a copy, so that inPayload may go
     bool TakesNoMore() const { return mTakesNoMore; }
 
     enum class ReceiveResult { kNothing, kPart, kFrame, kClosed };
@@ -87,15 +93,18 @@ class Connection {
   private:
     struct Unsent {
         UInt64 message;
-        std::vector<UInt8> bytes;  // the header included
-        size_t sent;
+        std::array<UInt8, kFrameHeaderSize> header;
+        std::span<const UInt8> payload;  // of the caller, or in `copy`
+        std::vector<UInt8> copy;
+        size_t sent;  // of the payload; the header goes with its first bytes
     };
     enum class PacketResult { kSent, kFull, kBroken };
+    ssize_t TrySend(std::span<const UInt8> inHeader, std::span<const UInt8> inPayload);
     PacketResult SendPacket(std::span<const UInt8> inHeader, std::span<const UInt8> inPayload);
-    PacketResult SendNow(std::span<const UInt8> inHeader, std::span<const UInt8> inPayload,
-                         size_t* outSent);
     void LoseUnsent();
-    PacketResult SendRest(std::span<const UInt8> inPayload, size_t* ioSent);
+    PacketResult SendRest(std::span<const UInt8> inHeader, std::span<const UInt8> inPayload,
+                          size_t* ioSent);
+    Unsent* FindUnsent(UInt64 inMessage);
 
     ConnectionID mID;
     UniqueFd mSocket;

@@ -33,10 +33,10 @@ const QueuedEvent* WaitFor(EventMask inMask, Moment inUntil) {
     Exchange& exchange = TheExchange();
     EventQueue& queue = TheEventQueue();
     CurrentProcess();  // From the first wait on, others can send to this process.
-    for (bool isOver = false;; isOver = Clock::now() >= inUntil) {
+    for (bool isOver = false;; isOver = inUntil != kNever && Clock::now() >= inUntil) {
         if (const QueuedEvent* event = queue.First(inMask)) return event;
         if (isOver || exchange.TakeWakeUp()) return nullptr;
-        exchange.Pump(inUntil);
+        exchange.PumpForEvent(inUntil);
     }
 }
 
@@ -60,9 +60,8 @@ std::optional<QueuedEvent> TakeDelivered(const EventRecord& inRecord) {
     return std::exchange(gDelivered, {});
 }
 
-OSErr OfferToBuiltInHandler(const AppleEvent& inEvent) {
-    const bool isQuit = EventAttribute32(inEvent, keyEventClassAttr) == UInt32{kCoreEventClass} &&
-                        EventAttribute32(inEvent, keyEventIDAttr) == UInt32{kAEQuitApplication};
+OSErr OfferToBuiltInHandler(const EventCodes& inCodes) {
+    const bool isQuit = inCodes.eventClass == kCoreEventClass && inCodes.id == kAEQuitApplication;
     if (!isQuit || gLoops == 0) return errAEEventNotHandled;
     QuitApplicationEventLoop();
     return noErr;

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "apple_event_manager/event_queue.h"
+#include "apple_event_manager/handlers.h"
 
 namespace carbon {
 
@@ -14,6 +15,6 @@ namespace carbon {
 std::optional<QueuedEvent> TakeDelivered(const EventRecord& inRecord);
 
 // 'aevt'/'quit' while RunApplicationEventLoop runs; errAEEventNotHandled for everything else.
-OSErr OfferToBuiltInHandler(const AppleEvent& inEvent);
+OSErr OfferToBuiltInHandler(const EventCodes& inCodes);
 
 }  // namespace carbon

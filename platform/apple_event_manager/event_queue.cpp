@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "apple_event_manager/internal.h"
+#include "apple_event_manager/handlers.h"
 
 namespace carbon {
 
@@ -20,8 +20,9 @@ bool IsInMask(const EventRecord& inRecord, EventMask inMask) {
 EventRecord RecordOf(const AppleEvent& inEvent) {
     EventRecord record = NullEvent();
     record.what = kHighLevelEvent;
-    record.message = EventAttribute32(inEvent, keyEventClassAttr).value_or(0);
-    record.where = std::bit_cast<Point>(EventAttribute32(inEvent, keyEventIDAttr).value_or(0));
+    const EventCodes codes = CodesOf(inEvent);
+    record.message = codes.eventClass;
+    record.where = std::bit_cast<Point>(codes.id);
     return record;
 }
 

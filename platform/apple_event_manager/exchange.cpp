@@ -2,6 +2,7 @@
 #include "apple_event_manager/exchange.h"
 
 #include <Carbon/MacErrors.h>
+#include <Carbon/Processes.h>
 #include <pthread.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
@@ -41,6 +42,8 @@ Exchange& TheExchange() {
 void Exchange::BecomeChild() {
     for (auto& [id, connection] : mConnections) connection->BreakWaiters();
     mConnections.clear();
+    mLastFound = nullptr;
+    mClients = 0;
     mByPeer.clear();
     mUnwatched.clear();
     // Another thread of the parent may have been at it just then, so it is left behind as it is.
@@ -108,8 +111,10 @@ void Exchange::WatchConnection(Connection* inConnection) {
 }
 
 Connection* Exchange::Find(ConnectionID inID) {
+    if (mLastFound && mLastFound->ID() == inID) return mLastFound;
     const auto found = mConnections.find(inID);
-    return found == mConnections.end() ? nullptr : found->second.get();
+    if (found == mConnections.end()) return nullptr;
+    return mLastFound = found->second.get();
 }
 
 Connection* Exchange::Connected(const ProcessSerialNumber& inPeer) {
@@ -148,6 +153,7 @@ Connection* Exchange::Add(UniqueFd inSocket, const ProcessSerialNumber& inPeer,
     auto& connection = mConnections[id];
     connection = std::make_unique<Connection>(id, std::move(inSocket), inPeer, inDirection);
     connection->lastUse = ++mUses;
+    if (!connection->IsOutgoing()) ++mClients;
     mUnwatched.push_back(id);
     return connection.get();
 }
@@ -161,11 +167,14 @@ void Exchange::Accept() {
     WatchListener();
 }
 
-// Callers that are another user's or no process of ours are hung up on.
+// Another user is hung up on. A caller may have ended already; what it sent before still counts,
+// under the number that it says it had.
 void Exchange::AcceptOne(UniqueFd inSocket) {
     const auto pid = PeerOfSameUser(inSocket.Get());
-    const auto peer = pid ? FindProcessByPid(*pid) : std::nullopt;
-    if (peer) Add(std::move(inSocket), peer->psn, Connection::Direction::kIncoming);
+    if (!pid) return;
+    const auto peer = FindProcessByPid(*pid);
+    Add(std::move(inSocket), peer ? peer->psn : ProcessSerialNumber{0, kNoProcess},
+        Connection::Direction::kIncoming);
 }
 
 bool Exchange::MakeRoom() {
@@ -204,6 +213,8 @@ void Exchange::Close(ConnectionID inID) {
     if (found == mConnections.end()) return;
     const auto peer = mByPeer.find(found->second->Peer().lowLongOfPSN);
     if (peer != mByPeer.end() && peer->second == found->second.get()) mByPeer.erase(peer);
+    if (!found->second->IsOutgoing()) --mClients;
+    mLastFound = nullptr;
     mConnections.erase(found);
     WatchListener();
 }
@@ -234,8 +245,15 @@ void Exchange::Pump(Moment inUntil) {
     for (int i = 0; i < count; ++i) Happened(events[i].data.u64, events[i].events);
 }
 
-void Exchange::PumpOne(Connection* inConnection) {
-    Readable(inConnection, true);
+bool Exchange::PumpOne(Connection* inConnection) {
+    return Readable(inConnection, true);
+}
+
+void Exchange::PumpForEvent(Moment inUntil) {
+    Connection* talker = mClients == 1 ? Find(std::exchange(mTalker, 0)) : nullptr;
+    const bool mayWait = talker && !talker->isRetired && !talker->HoldsTooMuch() &&
+                         (inUntil == kNever || inUntil - Clock::now() > kPatience);
+    if (!mayWait || !PumpOne(talker)) Pump(inUntil);
 }
 
 void Exchange::Happened(UInt64 inTag, UInt32 inEvents) {
@@ -252,21 +270,23 @@ void Exchange::Happened(UInt64 inTag, UInt32 inEvents) {
 }
 
 // One frame at a time, so that no peer keeps the others waiting.
-void Exchange::Readable(Connection* inConnection, bool inMayWait) {
+bool Exchange::Readable(Connection* inConnection, bool inMayWait) {
     Frame frame;
     for (int i = 0; i < kPacketsAtATime; ++i) {
         switch (inConnection->Receive(inMayWait, &frame)) {
             case Connection::ReceiveResult::kNothing:
-                return;
+                return i > 0;
             case Connection::ReceiveResult::kPart:
                 break;
             case Connection::ReceiveResult::kClosed:
-                return Close(inConnection->ID());
+                Close(inConnection->ID());
+                return true;
             case Connection::ReceiveResult::kFrame:
                 if (!Handle(inConnection, std::move(frame))) Close(inConnection->ID());
-                return;
+                return true;
         }
     }
+    return true;
 }
 
 void Exchange::Post(const Notice& inNotice) {

@@ -39,8 +39,11 @@ class Exchange {
 
     // Waits until `inUntil` for something to happen, deals with all that did, and returns.
     void Pump(Moment inUntil);
+    // The same for a process between two events. When one client alone has just been served, its
+    // next event is likely to follow at once and is waited for first, with one call to the kernel.
+    void PumpForEvent(Moment inUntil);
     // Waits at most kPatience for this connection alone, with one call to the kernel.
-    void PumpOne(Connection* inConnection);
+    bool PumpOne(Connection* inConnection);  // whether something came
 
     OSErr Reply(const Origin& inOrigin, std::span<const UInt8> inReply);
     OSErr ResetTimer(const Origin& inOrigin);
@@ -64,7 +67,7 @@ class Exchange {
     void WatchListener();
     void WatchConnection(Connection* inConnection);
     void Happened(UInt64 inTag, UInt32 inEvents);
-    void Readable(Connection* inConnection, bool inMayWait);
+    bool Readable(Connection* inConnection, bool inMayWait);
     bool Handle(Connection* inConnection, Frame&& inFrame);
     bool HandleEvent(Connection* inConnection, Frame&& inFrame);
     bool HandleReply(Connection* inConnection, Frame&& inFrame);
@@ -78,7 +81,10 @@ class Exchange {
     UInt32 mListenerWatchedFor = 0;
     UInt64 mLastID = 15;  // smaller ones tag the listener and the bell
     UInt64 mUses = 0;
+    int mClients = 0;          // incoming connections
+    ConnectionID mTalker = 0;  // that of the last event
     std::unordered_map<ConnectionID, std::unique_ptr<Connection>> mConnections;
+    Connection* mLastFound = nullptr;
     std::unordered_map<UInt32, Connection*> mByPeer;  // outgoing ones that take events
     std::vector<ConnectionID> mUnwatched;             // new ones, not yet known to epoll
     bool mWakeUp = false;

@@ -11,6 +11,7 @@ namespace carbon {
 namespace {
 
 constexpr UInt32 kMagic = 'AEf1';
+constexpr size_t kRoomForAttributes = 128;  // that its receiver adds to an event
 
 void Put32(UInt8* outBytes, UInt32 inValue) {
     for (int i = 0; i < 4; ++i) outBytes[i] = static_cast<UInt8>(inValue >> (24 - 8 * i));
@@ -23,6 +24,7 @@ UInt32 Get32(const UInt8* inBytes) {
 }
 
 bool IsAllowed(const FrameHeader& inHeader) {
+    if (inHeader.sender == 0) return false;
     switch (inHeader.kind) {
         case FrameKind::kEvent:
             return inHeader.size > 0 && inHeader.size <= kMaximumMessageSize;
@@ -48,17 +50,21 @@ std::array<UInt8, kFrameHeaderSize> EncodeHeader(const FrameHeader& inHeader) {
     Put32(&bytes[0], kMagic);
     Put32(&bytes[4], static_cast<UInt32>(inHeader.kind));
     Put32(&bytes[8], inHeader.size);
-    Put32(&bytes[12], inHeader.request);
-    Put32(&bytes[16], static_cast<UInt32>(inHeader.interaction));
-    Put32(&bytes[20], static_cast<UInt32>(inHeader.timeOut));
+    Put32(&bytes[12], inHeader.sender);
+    Put32(&bytes[16], inHeader.request);
+    Put32(&bytes[20], static_cast<UInt32>(inHeader.interaction));
+    Put32(&bytes[24], static_cast<UInt32>(inHeader.timeOut));
     return bytes;
 }
 
 std::optional<FrameHeader> DecodeHeader(std::span<const UInt8> inBytes) {
     if (inBytes.size() < kFrameHeaderSize || Get32(&inBytes[0]) != kMagic) return {};
-    const FrameHeader header{static_cast<FrameKind>(Get32(&inBytes[4])), Get32(&inBytes[8]),
-                             Get32(&inBytes[12]), static_cast<SInt32>(Get32(&inBytes[16])),
-                             static_cast<SInt32>(Get32(&inBytes[20]))};
+    const FrameHeader header{static_cast<FrameKind>(Get32(&inBytes[4])),
+                             Get32(&inBytes[8]),
+                             Get32(&inBytes[12]),
+                             Get32(&inBytes[16]),
+                             static_cast<SInt32>(Get32(&inBytes[20])),
+                             static_cast<SInt32>(Get32(&inBytes[24]))};
     if (!IsAllowed(header)) return {};
     return header;
 }
@@ -79,7 +85,8 @@ FrameAssembler::Progress FrameAssembler::Take(std::span<const UInt8> inPacket) {
     std::vector<UInt8>& payload = mFrame.payload;
     if (inPacket.empty() || inPacket.size() > mFrame.header.size - payload.size())
         return Progress::kBroken;
-    payload.reserve(mFrame.header.size);  // Untouched pages of a false promise cost nothing.
+    // Untouched pages of a false promise cost nothing.
+    payload.reserve(mFrame.header.size + kRoomForAttributes);
     payload.insert(payload.end(), inPacket.begin(), inPacket.end());
     return payload.size() == mFrame.header.size ? Progress::kComplete : Progress::kMore;
 }

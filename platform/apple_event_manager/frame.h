@@ -1,4 +1,4 @@
-// What travels on a connection: a header of 24 bytes and its payload, cut into packets.
+// What travels on a connection: a header of 28 bytes and its payload, cut into packets.
 //
 // docs/wire-format.md has the prose. Nothing here touches a socket, so that every byte from outside
 // goes through code that can be tested by itself.
@@ -26,6 +26,7 @@ enum class FrameKind : UInt32 {
 struct FrameHeader {
     FrameKind kind;
     UInt32 size = 0;         // bytes of the whole payload
+    UInt32 sender = 0;       // low word of the serial number it comes from
     UInt32 request = 0;      // names the reply that is wanted or given; 0 in an event: none
     SInt32 interaction = 0;  // of an event: the interaction bits of its send mode
     SInt32 timeOut = 0;      // of an event: ticks that its sender waits
@@ -36,7 +37,7 @@ struct Frame {
     std::vector<UInt8> payload;
 };
 
-constexpr size_t kFrameHeaderSize = 24;
+constexpr size_t kFrameHeaderSize = 28;
 constexpr size_t kMaximumPacketSize = 64 << 10;  // bytes, a first packet's header included
 constexpr size_t kObituarySize = 12;             // serial number and status
 

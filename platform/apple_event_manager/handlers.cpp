@@ -46,8 +46,8 @@ const Handler* MostSpecific(const HandlerTable& inTable, AEEventClass inClass, A
     return Find(inTable, typeWildCard, typeWildCard);
 }
 
-OSErr OfferToTable(bool inIsSystem, const AppleEvent& inEvent, AppleEvent* ioReply,
-                   UInt32 inIgnored) {
+OSErr OfferToTable(bool inIsSystem, const EventCodes& inCodes, const AppleEvent& inEvent,
+                   AppleEvent* ioReply, UInt32 inIgnored) {
     const UInt32 ignorePreDispatch =
         inIsSystem ? UInt32{kAEIgnoreSysPhacHandler} : UInt32{kAEIgnoreAppPhacHandler};
     const UInt32 ignoreTable =
@@ -58,9 +58,7 @@ OSErr OfferToTable(bool inIsSystem, const AppleEvent& inEvent, AppleEvent* ioRep
         if (result != errAEEventNotHandled) return result;
     }
     if (inIgnored & ignoreTable) return errAEEventNotHandled;
-    const Handler* found =
-        MostSpecific(table, EventAttribute32(inEvent, keyEventClassAttr).value_or(0),
-                     EventAttribute32(inEvent, keyEventIDAttr).value_or(0));
+    const Handler* found = MostSpecific(table, inCodes.eventClass, inCodes.id);
     if (!found) return errAEEventNotHandled;
     const Handler handler = *found;  // The handler may change the table.
     return handler.function(&inEvent, ioReply, handler.refcon);
@@ -73,12 +71,18 @@ OSErr CheckSpecial(AEKeyword inKey) {
 }  // namespace
 
 OSErr OfferToHandlers(const AppleEvent& inEvent, AppleEvent* ioReply, UInt32 inIgnored) {
+    const EventCodes codes = CodesOf(inEvent);
     for (const bool isSystem : {false, true}) {
-        const OSErr result = OfferToTable(isSystem, inEvent, ioReply, inIgnored);
+        const OSErr result = OfferToTable(isSystem, codes, inEvent, ioReply, inIgnored);
         if (result != errAEEventNotHandled) return result;
     }
     if (inIgnored & kAEIngoreBuiltInEventHandler) return errAEEventNotHandled;
-    return OfferToBuiltInHandler(inEvent);
+    return OfferToBuiltInHandler(codes);
+}
+
+EventCodes CodesOf(const AppleEvent& inEvent) {
+    return {EventAttribute32(inEvent, keyEventClassAttr).value_or(0),
+            EventAttribute32(inEvent, keyEventIDAttr).value_or(0)};
 }
 
 }  // namespace carbon

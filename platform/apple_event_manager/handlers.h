@@ -9,4 +9,11 @@ namespace carbon {
 // errAEEventNotHandled when nobody takes it.
 OSErr OfferToHandlers(const AppleEvent& inEvent, AppleEvent* ioReply, UInt32 inIgnored);
 
+struct EventCodes {
+    AEEventClass eventClass;
+    AEEventID id;
+};
+
+EventCodes CodesOf(const AppleEvent& inEvent);
+
 }  // namespace carbon

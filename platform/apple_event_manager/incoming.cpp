@@ -10,6 +10,7 @@
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/limits.h"
 #include "apple_event_manager/received.h"
+#include "process_manager/process_table.h"
 
 namespace carbon {
 
@@ -36,11 +37,16 @@ OSErr MakeObituary(const Notice& inNotice, AppleEvent* outEvent) {
     return err;
 }
 
+UInt32 OwnNumber() {
+    return CurrentProcess().psn.lowLongOfPSN;
+}
+
 }  // namespace
 
 // False when the peer broke the rules.
 bool Exchange::Handle(Connection* inConnection, Frame&& inFrame) {
     inConnection->lastUse = ++mUses;
+    if (!inConnection->IsFrom(inFrame.header.sender)) return false;
     switch (inFrame.header.kind) {
         case FrameKind::kEvent:
             return !inConnection->IsOutgoing() && HandleEvent(inConnection, std::move(inFrame));
@@ -71,14 +77,18 @@ bool Exchange::HandleEvent(Connection* inConnection, Frame&& inFrame) {
     AppleEvent event;
     if (DescFromBytes(std::move(inFrame.payload), &event) != noErr) return false;
     const FrameHeader& header = inFrame.header;
-    const Reception reception{inConnection->Peer(), kAELocalProcess, header.request != 0,
-                              header.interaction, header.timeOut};
+    const Reception reception{{0, header.sender},
+                              kAELocalProcess,
+                              header.request != 0,
+                              header.interaction,
+                              header.timeOut};
     if (!IsAppleEvent(event) || MarkReceived(&event, reception) != noErr) {
         AEDisposeDesc(&event);
         return false;
     }
     TheEventQueue().PostAppleEvent(event, {inConnection->ID(), header.request, header.size});
     inConnection->Hold(header.size);
+    mTalker = inConnection->ID();
     if (inConnection->HoldsTooMuch()) Settle(inConnection);
     return true;
 }
@@ -88,8 +98,7 @@ bool Exchange::HandleReply(Connection* inConnection, Frame&& inFrame) {
     AppleEvent reply;
     if (DescFromBytes(std::move(inFrame.payload), &reply) != noErr) return false;
     const auto awaited = inConnection->Answered(inFrame.header.request);
-    const Reception reception{inConnection->Peer(), kAELocalProcess, false, 0, 0};
-    const bool isEvent = IsAppleEvent(reply) && MarkReceived(&reply, reception) == noErr;
+    const bool isEvent = IsAppleEvent(reply) && SetSender(&reply, inConnection->Peer()) == noErr;
     if (!isEvent || !awaited) {
         if (awaited && awaited->waiter) awaited->waiter->state = Waiter::State::kBroken;
         AEDisposeDesc(&reply);
@@ -122,16 +131,18 @@ OSErr Exchange::Reply(const Origin& inOrigin, std::span<const UInt8> inReply) {
     Connection* connection = Find(inOrigin.connection);
     if (!connection || inOrigin.request == 0) return noErr;  // The client is gone.
     if (inReply.size() > size_t{kMaximumMessageSize}) return memFullErr;
-    const FrameHeader header{FrameKind::kReply, static_cast<UInt32>(inReply.size()),
+    const FrameHeader header{FrameKind::kReply, static_cast<UInt32>(inReply.size()), OwnNumber(),
                              inOrigin.request};
-    if (connection->Send(header, inReply) != Connection::SendResult::kSent) Settle(connection);
+    if (connection->Send(header, inReply) == Connection::SendResult::kSent) return noErr;
+    connection->Keep(connection->LastMessage());
+    Settle(connection);
     return noErr;
 }
 
 OSErr Exchange::ResetTimer(const Origin& inOrigin) {
     Connection* connection = Find(inOrigin.connection);
     if (!connection || inOrigin.request == 0) return errAEReplyNotValid;
-    const FrameHeader header{FrameKind::kResetTimer, 0, inOrigin.request};
+    const FrameHeader header{FrameKind::kResetTimer, 0, OwnNumber(), inOrigin.request};
     if (connection->Send(header, {}) != Connection::SendResult::kSent) Settle(connection);
     return noErr;
 }

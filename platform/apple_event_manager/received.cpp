@@ -12,12 +12,16 @@ ProcessSerialNumber BigEndian(const ProcessSerialNumber& inNumber) {
 }
 
 bool IsAppleEvent(const AEDesc& inDesc) {
-    return EventAttribute32(inDesc, keyEventClassAttr).has_value() &&
-           EventAttribute32(inDesc, keyEventIDAttr).has_value();
+    return EventAttribute32(inDesc, keyEventClassAttr).has_value();
+}
+
+OSErr SetSender(AppleEvent* ioEvent, const ProcessSerialNumber& inSender) {
+    const ProcessSerialNumber sender = BigEndian(inSender);
+    return SetEventAttribute(ioEvent, keyAddressAttr, typeProcessSerialNumber, &sender,
+                             sizeof sender);
 }
 
 OSErr MarkReceived(AppleEvent* ioEvent, const Reception& inReception) {
-    const ProcessSerialNumber sender = BigEndian(inReception.sender);
     const SInt16 source = EndianS16_NtoB(inReception.source);
     const Boolean isReplyWanted = inReception.isReplyWanted;
     const SInt32 interaction = EndianS32_NtoB(inReception.interaction);
@@ -25,7 +29,7 @@ OSErr MarkReceived(AppleEvent* ioEvent, const Reception& inReception) {
     const auto set = [&](AEKeyword key, DescType type, const auto& value) {
         return SetEventAttribute(ioEvent, key, type, &value, sizeof value);
     };
-    OSErr err = set(keyAddressAttr, typeProcessSerialNumber, sender);
+    OSErr err = SetSender(ioEvent, inReception.sender);
     if (!err) err = set(keyEventSourceAttr, typeSInt16, source);
     if (!err) err = set(keyReplyRequestedAttr, typeBoolean, isReplyWanted);
     if (!err) err = set(keyInteractLevelAttr, typeSInt32, interaction);

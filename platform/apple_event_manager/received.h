@@ -19,6 +19,9 @@ struct Reception {
 // Sets 'addr' (to the sender), 'esrc', 'repq', 'inte' and 'timo'.
 OSErr MarkReceived(AppleEvent* ioEvent, const Reception& inReception);
 
+// Sets 'addr' alone, which is enough for a reply.
+OSErr SetSender(AppleEvent* ioEvent, const ProcessSerialNumber& inSender);
+
 bool IsAppleEvent(const AEDesc& inDesc);
 
 ProcessSerialNumber BigEndian(const ProcessSerialNumber& inNumber);

@@ -32,8 +32,9 @@ SendOperation::SendOperation(const AppleEvent& inEvent, const ProcessSerialNumbe
 }
 
 SendOperation::~SendOperation() {
-    Connection* connection = mRequest ? mExchange.Find(mConnection) : nullptr;
-    if (connection) connection->Forget(mRequest);
+    Connection* connection = mRequest || mMessage ? mExchange.Find(mConnection) : nullptr;
+    if (connection && mMessage) connection->Withdraw(mMessage);
+    if (connection && mRequest) connection->Forget(mRequest);
     if (connection && connection->TakesNoMore()) mExchange.Settle(connection);
     AEDisposeDesc(&mWaiter.reply);
 }
@@ -89,8 +90,12 @@ OSErr SendOperation::HandOver(bool* outIsBroken) {
     mRequest = 0;
     if (mOptions.replyMode != kAENoReply) mRequest = connection->Await(waits ? &mWaiter : nullptr);
     const auto bytes = EventBytes(mEvent);
-    const FrameHeader header{FrameKind::kEvent, static_cast<UInt32>(bytes.size()), mRequest,
-                             mOptions.interaction, mOptions.timeOut};
+    const FrameHeader header{FrameKind::kEvent,
+                             static_cast<UInt32>(bytes.size()),
+                             CurrentProcess().psn.lowLongOfPSN,
+                             mRequest,
+                             mOptions.interaction,
+                             mOptions.timeOut};
     const auto result = connection->Send(header, bytes);
     if (result == Connection::SendResult::kSent) return noErr;
     if (result == Connection::SendResult::kBroken) {
@@ -98,22 +103,20 @@ OSErr SendOperation::HandOver(bool* outIsBroken) {
         if (mRequest) connection->Forget(mRequest);
         mRequest = 0;
     }
-    const UInt64 message = connection->LastMessage();
+    if (!*outIsBroken) mMessage = connection->LastMessage();
     mExchange.Settle(connection);
-    return *outIsBroken ? OSErr{noErr} : AwaitHandOver(message);
+    return *outIsBroken ? OSErr{noErr} : AwaitHandOver();
 }
 
-OSErr SendOperation::AwaitHandOver(UInt64 inMessage) {
+OSErr SendOperation::AwaitHandOver() {
     for (;;) {
-        Connection* connection = mExchange.Find(mConnection);
-        if (!connection || connection->WasLost(inMessage)) return connectionInvalid;
-        if (connection->IsHandedOver(inMessage)) return noErr;
-        if (const OSErr err = WaitABit(kNever)) {
-            connection = mExchange.Find(mConnection);
-            if (connection) connection->Withdraw(inMessage);
-            return err;
-        }
+        const Connection* connection = mExchange.Find(mConnection);
+        if (!connection || connection->WasLost(mMessage)) return connectionInvalid;
+        if (connection->IsHandedOver(mMessage)) break;
+        if (const OSErr err = WaitABit(kNever)) return err;
     }
+    mMessage = 0;
+    return noErr;
 }
 
 OSErr SendOperation::AwaitReply(AppleEvent* outReply) {
@@ -127,9 +130,10 @@ OSErr SendOperation::AwaitReply(AppleEvent* outReply) {
 
 OSErr SendOperation::WaitABit(Moment inUntil) {
     DispatchArrived();
+    mNow = Clock::now();
     if (mOptions.idle && CallIdle()) return errAEWaitCanceled;
     if (std::exchange(mWaiter.timerWasReset, false) && mDeadline != kNever)
-        mDeadline = AfterTicks(mOptions.timeOut);
+        mDeadline = mNow + FromTicks(mOptions.timeOut);
     if (mWaiter.state != Waiter::State::kWaiting) return noErr;  // It came meanwhile.
     Pump(std::min({inUntil, mDeadline, mNextIdle}));
     const bool isInTime = mDeadline == kNever || mWaiter.state != Waiter::State::kWaiting ||
@@ -141,7 +145,7 @@ OSErr SendOperation::WaitABit(Moment inUntil) {
 // costs one call to the kernel. After kPatience everything is waited for.
 void SendOperation::Pump(Moment inUntil) {
     Connection* connection = mWaitsForAll || !mRequest ? nullptr : mExchange.Find(mConnection);
-    const bool isShort = inUntil != kNever && inUntil - Clock::now() < kPatience;
+    const bool isShort = inUntil != kNever && inUntil - mNow < kPatience;
     if (!connection || connection->HasUnsent() || isShort) return mExchange.Pump(inUntil);
     mWaitsForAll = true;
     mExchange.PumpOne(connection);
@@ -150,14 +154,15 @@ void SendOperation::Pump(Moment inUntil) {
 // True when the procedure wants the wait to end.
 bool SendOperation::CallIdle() {
     const QueuedEvent* notice = TheEventQueue().First(osMask);
-    const bool isDue = Clock::now() >= mNextIdle || mExchange.TakeWakeUp();
+    const bool isDue = mNow >= mNextIdle || mExchange.TakeWakeUp();
     if (!notice && !isDue) return false;
     EventRecord record = notice ? notice->record : NullEvent();
     if (notice) TheEventQueue().Take(notice->number);
     SInt32 sleep = 0;
     RgnHandle region = nullptr;
     const bool isCancelled = mOptions.idle(&record, &sleep, &region);
-    mNextIdle = AfterTicks(std::max(sleep, SInt32{0}));
+    mNow = Clock::now();
+    mNextIdle = mNow + FromTicks(std::max(sleep, SInt32{0}));
     return isCancelled;
 }
 

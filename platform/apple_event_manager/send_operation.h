@@ -31,7 +31,7 @@ class SendOperation {
     OSErr Open(Connection** outConnection);
     OSErr OpenSoon();
     OSErr HandOver(bool* outIsBroken);
-    OSErr AwaitHandOver(UInt64 inMessage);
+    OSErr AwaitHandOver();
     OSErr AwaitReply(AppleEvent* outReply);
 
     // Waits until inUntil, the next idle call, the time-out or until something arrived.
@@ -46,10 +46,12 @@ class SendOperation {
     ProcessSerialNumber mTarget;
     SendOptions mOptions;
     Exchange& mExchange;
+    Moment mNow{};
     Moment mDeadline = kNever;
     Moment mNextIdle = kNever;
     ConnectionID mConnection = 0;
-    UInt32 mRequest = 0;
+    UInt32 mRequest = 0;  // while a reply may come
+    UInt64 mMessage = 0;  // while it is not handed over
     Waiter mWaiter;
     bool mWaitsForAll = false;
     UInt64 mLastAsked = 0;

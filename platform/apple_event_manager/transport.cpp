@@ -20,7 +20,8 @@ namespace {
 std::vector<UInt8> FrameOf(const Notice& inNotice) {
     const bool isObituary = inNotice.kind == ControlKind::kApplicationDied;
     const FrameHeader header{static_cast<FrameKind>(inNotice.kind),
-                             isObituary ? UInt32{kObituarySize} : 0};
+                             isObituary ? UInt32{kObituarySize} : 0,
+                             CurrentProcess().psn.lowLongOfPSN};
     const auto encoded = EncodeHeader(header);
     std::vector<UInt8> frame(encoded.begin(), encoded.end());
     if (!isObituary) return frame;

@@ -38,6 +38,13 @@ EventPeer::EventPeer(EventPeer&& ioOther) noexcept
       mOutput(std::exchange(ioOther.mOutput, -1)),
       mNumber(ioOther.mNumber) {}
 
+EventPeer& EventPeer::operator=(EventPeer&& ioOther) noexcept {
+    std::swap(mPid, ioOther.mPid);
+    std::swap(mOutput, ioOther.mOutput);
+    std::swap(mNumber, ioOther.mNumber);
+    return *this;
+}
+
 EventPeer::~EventPeer() {
     if (mPid > 0) {
         kill(mPid, SIGKILL);

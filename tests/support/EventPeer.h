@@ -13,8 +13,8 @@ class EventPeer {
     explicit EventPeer(const std::string& inProgram, const std::vector<std::string>& inWords = {});
     ~EventPeer();  // kills it
     EventPeer(EventPeer&& ioOther) noexcept;
+    EventPeer& operator=(EventPeer&& ioOther) noexcept;
     EventPeer(const EventPeer&) = delete;
-    EventPeer& operator=(const EventPeer&) = delete;
 
     pid_t Pid() const { return mPid; }
     // The number it prints when it can be sent to; {0, 0} when that does not come within 20 s.
