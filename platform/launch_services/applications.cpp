@@ -9,6 +9,7 @@
 #include <mutex>
 #include <optional>
 
+#include "file_manager/catalog.h"
 #include "launch_services/registered.h"
 #include "posix/base_folders.h"
 #include "posix/folder_watch.h"
@@ -96,7 +97,7 @@ class Memory {
     std::string mRegister;
     FolderWatch mWatch;
     std::vector<Stamp> mStamps;
-    std::vector<Application> mSeen;  // also those that are no applications yet
+    std::vector<Application> mSeen;  // also what is no application yet; without references
     Clock::time_point mChecked = Clock::now();
     std::shared_ptr<const ApplicationList> mList;
 };
@@ -118,8 +119,11 @@ void Memory::LookAt(const std::string& inBundle, ApplicationList* ioList) {
     mWatch.Add(inBundle);
     mWatch.Add(inBundle + "/Contents");
     const auto facts = FactsOfBundle(inBundle);
-    mSeen.push_back({inBundle, facts});
-    if (facts != nullptr && IsApplication(*facts)) ioList->push_back({inBundle, facts});
+    Application application = {inBundle, facts};
+    mSeen.push_back(application);
+    if (facts == nullptr || !IsApplication(*facts)) return;
+    application.refErr = RefFromPath(inBundle, &application.ref);
+    ioList->push_back(application);
 }
 
 // Watched first and looked at afterwards, so that no change falls between.

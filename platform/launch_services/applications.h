@@ -1,6 +1,8 @@
 // Every application that Launch Services knows, kept while nothing changes on disk.
 #pragma once
 
+#include <Carbon/Files.h>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,6 +14,8 @@ namespace carbon {
 struct Application {
     std::string path;  // the bundle's folder
     std::shared_ptr<const BundleFacts> facts;
+    OSErr refErr = noErr;  // why there is no reference
+    FSRef ref = {};
 };
 
 using ApplicationList = std::vector<Application>;

@@ -76,10 +76,8 @@ const Application* ForDocument(const ApplicationList& inList, OSType inType,
 
 OSStatus Answer(const Application* inFound, FSRef* outRef, CFURLRef* outUrl) {
     if (inFound == nullptr) return kLSApplicationNotFoundErr;
-    if (outRef != nullptr) {
-        const OSErr err = RefFromPath(inFound->path, outRef);
-        if (err != noErr) return err;
-    }
+    if (outRef != nullptr && inFound->refErr != noErr) return inFound->refErr;
+    if (outRef != nullptr) *outRef = inFound->ref;
     if (outUrl != nullptr) *outUrl = UrlFromPath(inFound->path, true);
     return noErr;
 }
