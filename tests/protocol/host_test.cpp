@@ -1,6 +1,7 @@
 // Hosts in C, and failures of the platform on the way to the recording application.
 #include <gtest/gtest.h>
 
+#include "support/Expected.h"
 #include "support/RealCall.h"
 #include "support/RecorderTest.h"
 #include "vantor/api/host.h"
@@ -13,6 +14,7 @@ OSErr sLaunchError = noErr;
 OSErr sMakeRefError = noErr;
 OSErr sCatalogError = noErr;
 bool sNoPointers = false;
+AEKeyword sKeyThatFails = 0;
 int sAskedLaunchServices = 0;
 LaunchParamBlockRec sBlock = {};
 
@@ -31,6 +33,12 @@ OSErr FSGetCatalogInfo(const FSRef* inRef, FSCatalogInfoBitmap inWhich, FSCatalo
                        HFSUniStr255* outName, FSSpec* outSpec, FSRef* outParent) {
     if (sCatalogError != noErr) return sCatalogError;
     return REAL_CALL(FSGetCatalogInfo)(inRef, inWhich, outInfo, outName, outSpec, outParent);
+}
+
+OSErr AEPutParamPtr(AppleEvent* ioEvent, AEKeyword inKey, DescType inType, const void* inData,
+                    Size inSize) {
+    if (inKey == sKeyThatFails) return memFullErr;
+    return REAL_CALL(AEPutParamPtr)(ioEvent, inKey, inType, inData, inSize);
 }
 
 Ptr NewPtr(Size inSize) {
@@ -55,6 +63,7 @@ class Host : public RecorderTest {
     void TearDown() override {
         sLaunchError = sMakeRefError = sCatalogError = noErr;
         sNoPointers = false;
+        sKeyThatFails = 0;
         RecorderTest::TearDown();
     }
 };
@@ -97,6 +106,19 @@ TEST_F(Host, IsToldWhyTheBundleHasNoSpec) {
     sCatalogError = ioErr;
     EXPECT_EQ(VantorGetStatusCode(nullptr), ioErr);
     EXPECT_FALSE(VantorIsMirelFound());
+}
+
+TEST_F(Host, IsToldThatAParameterCannotBePut) {
+    sKeyThatFails = 'Asyn';
+    EXPECT_EQ(VantorWriteDiscWithOptions(1, 1, 1, false, false), memFullErr);
+}
+
+TEST_F(Host, KeepsWritingWhenTheWriteModeCannotBePut) {
+    StartRecorder();
+    sKeyThatFails = 'wrAs';
+    EXPECT_EQ(VantorWriteDiscWithOptions(1, -1, -1, false, false), noErr);
+    EXPECT_EQ(Events(), std::vector<std::string>{
+                            Sent("Fv8k/wrIt", Direct(kDiscOne) + " Quit=bool 00 Asyn=bool 01")});
 }
 
 TEST_F(Host, KeepsAskingLaunchServicesOnceMoreForAnInvalidBundle) {

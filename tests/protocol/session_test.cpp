@@ -23,7 +23,7 @@ const std::string kQuit = Sent("aevt/quit", "savo=enum 'no  '");
 
 class Session : public RecorderTest {};
 
-TEST_F(Session, LaunchesARecorderThatDoesNotRunAndLeavesItsServerMode) {
+TEST_F(Session, KeepsTheServerModeOfARecorderItLaunched) {
     EXPECT_EQ(VantorInitiateSession(), noErr);
     EXPECT_TRUE(VantorIsSessionInitiated());
     EXPECT_TRUE(VantorIsMirelRunning());
@@ -141,6 +141,15 @@ TEST_F(Session, KeepsItselfOpenWhenUndoingFails) {
     Script("");
     EXPECT_EQ(VantorTerminateSession(), noErr);
     EXPECT_FALSE(VantorIsSessionInitiated());
+}
+
+TEST_F(Session, KeepsGoingAwayWhenItCannotBeUndone) {
+    StartRecorder();
+    ASSERT_EQ(VantorInitiateSession(), noErr);
+    mBundle->Forget();
+    Script("core/setd/srvM error -10006\ncore/getd/srvM value bool 01\n");
+    EXPECT_EQ(VantorInitiateSession(), noErr) << "the first one's failure is nobody's";
+    EXPECT_THAT(Events(), ElementsAre(kServerModeOff, kGetServerMode));
 }
 
 TEST_F(Session, IsNotNeededForAQueryWhichNeverTurnsServerModeOn) {

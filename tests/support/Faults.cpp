@@ -15,6 +15,12 @@ Handle NewHandle(Size inSize) {
     return nullptr;
 }
 
+Handle TempNewHandle(Size inSize, OSErr* outError) {
+    if (!gFaults.tempHandleFails) return REAL_CALL(TempNewHandle)(inSize, outError);
+    *outError = noErr;
+    return nullptr;
+}
+
 OSErr MemError() {
     const OSErr error = REAL_CALL(MemError)();
     return gFaults.memErrorIsLost ? OSErr{noErr} : error;

@@ -6,6 +6,7 @@ OSErr MoreAESendEventNoReturnValue(AEIdleUPP pIdleUPP, const AppleEvent* pAppleE
     const AESendMode mode = pIdleUPP == nullptr ? kAENoReply : kAEWaitReply;
     AppleEvent reply = {typeNull, nullptr};
     OSErr err = AESend(pAppleEvent, &reply, mode, kAENormalPriority, kNoTimeOut, pIdleUPP, nullptr);
+    // Kept: who does not wait does not hear of the handler's error.
     if (err == noErr && mode == kAEWaitReply) err = MoreAEGetHandlerError(&reply);
     AEDisposeDesc(&reply);
     return err;

@@ -115,6 +115,7 @@ Boolean CVantor::GetMirelServerMode() {
 }
 
 void CVantor::SetMirelServerMode(Boolean inOn) {
+    // Kept: the byte goes out as it came, 0 and 1 or not; so in simulation mode.
     SetMirelPropertyData(pMirelServerMode, typeBoolean, &inOn, sizeof inOn, nullptr);
 }
 

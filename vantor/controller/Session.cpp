@@ -76,7 +76,7 @@ void CVantor::InitiateSession() {
         sCurrentVantor = nullptr;
     }
     sCurrentVantor = new CVantor;
-    sCurrentVantor->InitiateSelf();
+    sCurrentVantor->InitiateSelf();  // Kept: the session is open also when this throws.
 }
 
 void CVantor::TerminateSession() {

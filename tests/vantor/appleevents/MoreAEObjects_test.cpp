@@ -51,7 +51,7 @@ TEST_F(MoreAEO, ElementsAreFoundByIdPositionAndName) {
               "obj  {want=type 'Disc'; from=null; form=enum 'name'; seld=TEXT 6162}");
 }
 
-TEST_F(MoreAEO, DisposingTheInputsLeavesANullContainer) {
+TEST_F(MoreAEO, KeepsDisposingAKeyThatIsConsumedAlready) {
     StAEDescriptor disc;
     ASSERT_EQ(MoreAEOCreateObjSpecifierFormAbsPos('Disc', mApplication, 1, false, disc), noErr);
     EXPECT_EQ(MoreAEOCreateObjSpecifierFormAbsPos('file', disc, 2, true, mResult), noErr);

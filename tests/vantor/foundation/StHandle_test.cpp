@@ -215,6 +215,12 @@ TEST(StTempHandle, ThrowsTheResultCode) {
     EXPECT_EQ(quiet.Get(), nullptr);
 }
 
+TEST(StTempHandle, KeepsThrowingTheCodeAsItIsEvenNone) {
+    gFaults.tempHandleFails = true;
+    EXPECT_EQ(CodeThrownBy([] { StTempHandle block(16); }), noErr);
+    gFaults = {};
+}
+
 TEST(StHandleBlock, LeavesNothingBehind) {
     const UInt32 before = PlatformCountHandles();
     {

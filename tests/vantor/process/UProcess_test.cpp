@@ -161,7 +161,7 @@ TEST_F(Process, AllOthersAreAskedToQuitButTheFinderOnlyWhenWanted) {
     EXPECT_TRUE(Eventually([&] { return HasEnded(finder); }));
 }
 
-TEST_F(Process, KillingAllWithoutAFinderIsNoFailure) {
+TEST_F(Process, KeepsAskingAllToQuitWhenNoFinderIsFound) {
     const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
     UProcess::KillAllButMe(true);
     EXPECT_TRUE(Eventually([&] { return HasEnded(one); }));
