@@ -1,12 +1,9 @@
-// The table of encodings and their single characters.
+// The table of encodings.
 #include "core_foundation/character_sets.h"
-
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
 
 #include <bit>
 
-#include "text_utilities/mac_roman.h"
+#include "core_foundation/encodings.h"
 
 namespace carbon {
 
@@ -65,44 +62,6 @@ constexpr ConverterEntry kConverters[] = {
     {0x0A08, "KOI8-U"},
 };
 
-size_t EncodeUTF8(UChar32 inCharacter, char* outBytes) {
-    if (U_IS_SURROGATE(inCharacter)) return 0;
-    size_t count = 0;
-    auto* bytes = reinterpret_cast<UInt8*>(outBytes);
-    U8_APPEND_UNSAFE(bytes, count, inCharacter);
-    return count;
-}
-
-size_t EncodeWide(UInt32 inValue, size_t inSize, bool inBigEndian, char* outBytes) {
-    for (size_t i = 0; i < inSize; ++i) {
-        const size_t shift = 8 * (inBigEndian ? inSize - 1 - i : i);
-        outBytes[i] = static_cast<char>(inValue >> shift);
-    }
-    return inSize;
-}
-
-size_t EncodeUTF16(UChar32 inCharacter, bool inBigEndian, char* outBytes) {
-    if (U_IS_BMP(inCharacter)) {
-        return EncodeWide(static_cast<UInt32>(inCharacter), 2, inBigEndian, outBytes);
-    }
-    EncodeWide(U16_LEAD(inCharacter), 2, inBigEndian, outBytes);
-    return 2 + EncodeWide(U16_TRAIL(inCharacter), 2, inBigEndian, outBytes + 2);
-}
-
-size_t EncodeByte(UChar32 inCharacter, UChar32 inLimit, char* outBytes) {
-    if (inCharacter >= inLimit) return 0;
-    *outBytes = static_cast<char>(inCharacter);
-    return 1;
-}
-
-size_t EncodeMacRoman(UChar32 inCharacter, char* outBytes) {
-    if (!U_IS_BMP(inCharacter)) return 0;
-    const auto byte = MacRomanFromUnicode(static_cast<char16_t>(inCharacter));
-    if (!byte) return 0;
-    *outBytes = static_cast<char>(*byte);
-    return 1;
-}
-
 }  // namespace
 
 EncodingTraits TraitsOf(CFStringEncoding inEncoding) {
@@ -147,42 +106,30 @@ ConverterPtr OpenConverter(const char* inName) {
     return converter;
 }
 
-CharacterEncoder::CharacterEncoder(const EncodingTraits& inTraits) : mTraits(inTraits) {
-    if (mTraits.converter) mConverter = OpenConverter(mTraits.converter);
+bool IsEncodingAvailable(CFStringEncoding inEncoding) {
+    const EncodingTraits traits = TraitsOf(inEncoding);
+    if (traits.form == EncodingForm::kConverter) return OpenConverter(traits.converter) != nullptr;
+    return traits.form != EncodingForm::kNone;
 }
 
-size_t CharacterEncoder::Encode(UChar32 inCharacter, char* outBytes) const {
-    switch (mTraits.form) {
-        case EncodingForm::kMacRoman:
-            return EncodeMacRoman(inCharacter, outBytes);
-        case EncodingForm::kASCII:
-            return EncodeByte(inCharacter, 0x80, outBytes);
-        case EncodingForm::kLatin1:
-            return EncodeByte(inCharacter, 0x100, outBytes);
-        case EncodingForm::kUTF8:
-            return EncodeUTF8(inCharacter, outBytes);
-        case EncodingForm::kUTF16:
-            return EncodeUTF16(inCharacter, mTraits.bigEndian, outBytes);
-        case EncodingForm::kUTF32:
-            if (U_IS_SURROGATE(inCharacter)) return 0;
-            return EncodeWide(static_cast<UInt32>(inCharacter), 4, mTraits.bigEndian, outBytes);
-        case EncodingForm::kConverter:
-            return Convert(inCharacter, outBytes);
+int MostBytesPerUnit(CFStringEncoding inEncoding) {
+    const EncodingTraits traits = TraitsOf(inEncoding);
+    switch (traits.form) {
         case EncodingForm::kNone:
-            break;
+            return 0;
+        case EncodingForm::kUTF8:
+            return 3;
+        case EncodingForm::kUTF16:
+            return 2;
+        case EncodingForm::kUTF32:
+            return 4;
+        case EncodingForm::kConverter: {
+            const ConverterPtr converter = OpenConverter(traits.converter);
+            return converter ? ucnv_getMaxCharSize(converter.get()) : 0;
+        }
+        default:
+            return 1;
     }
-    return 0;
-}
-
-// ICU lets characters such as the soft hyphen vanish without an error; no bytes means no success.
-size_t CharacterEncoder::Convert(UChar32 inCharacter, char* outBytes) const {
-    char16_t units[2];
-    int32_t count = 0;
-    U16_APPEND_UNSAFE(units, count, inCharacter);
-    UErrorCode error = U_ZERO_ERROR;
-    const int32_t size =
-        ucnv_fromUChars(mConverter.get(), outBytes, kMostBytes, units, count, &error);
-    return U_FAILURE(error) ? 0 : static_cast<size_t>(size);
 }
 
 }  // namespace carbon

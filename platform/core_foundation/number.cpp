@@ -1,4 +1,4 @@
-// Numbers and truth values.
+// Numbers.
 #include <CoreFoundation/CFNumber.h>
 
 #include <charconv>
@@ -29,17 +29,6 @@ struct __CFNumber : carbon::Object {
     ~__CFNumber() = default;
 };
 
-struct __CFBoolean : carbon::Object {
-    constexpr explicit __CFBoolean(bool inValue)
-        : Object(carbon::kBooleanKind, carbon::kImmortal), mValue(inValue) {}
-    std::u16string Describe() const final { return mValue ? u"true" : u"false"; }
-
-    const bool mValue;
-
-  protected:
-    ~__CFBoolean() = default;
-};
-
 namespace carbon {
 
 namespace {
@@ -54,21 +43,11 @@ class Number final : public __CFNumber {
     void Destroy() const override { delete this; }
 };
 
-class TruthValue final : public __CFBoolean {
-  public:
-    using __CFBoolean::__CFBoolean;
-
-  private:
-    void Destroy() const override {}
-};
-
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constinit const Number sInfinity(kCFNumberFloat64Type, kInfinity, kImmortal);
 constinit const Number sMinusInfinity(kCFNumberFloat64Type, -kInfinity, kImmortal);
 constinit const Number sNaN(kCFNumberFloat64Type, std::numeric_limits<double>::quiet_NaN(),
                             kImmortal);
-constinit const TruthValue sTrue(true);
-constinit const TruthValue sFalse(false);
 
 // The type of fixed width behind a type; 0 for an unknown one.
 CFNumberType Canonical(CFNumberType inType) {
@@ -203,19 +182,9 @@ std::u16string __CFNumber::Describe() const {
                                          : carbon::Digits(mReal);
 }
 
-constinit const CFBooleanRef kCFBooleanTrue = &carbon::sTrue;
-constinit const CFBooleanRef kCFBooleanFalse = &carbon::sFalse;
 constinit const CFNumberRef kCFNumberPositiveInfinity = &carbon::sInfinity;
 constinit const CFNumberRef kCFNumberNegativeInfinity = &carbon::sMinusInfinity;
 constinit const CFNumberRef kCFNumberNaN = &carbon::sNaN;
-
-CFTypeID CFBooleanGetTypeID() {
-    return carbon::kBooleanKind;
-}
-
-Boolean CFBooleanGetValue(CFBooleanRef boolean) {
-    return boolean == kCFBooleanTrue;
-}
 
 CFTypeID CFNumberGetTypeID() {
     return carbon::kNumberKind;
