@@ -47,7 +47,8 @@ OSErr ClaimFolder(const std::string& inPath) {
 }
 
 OSErr RuntimeFolder(std::string* outPath) {
-    static const Answer sAnswer;
+    // Never destroyed: threads that outlast main ask too.
+    static const Answer& sAnswer = *new Answer;
     if (sAnswer.err == noErr) *outPath = sAnswer.path;
     return sAnswer.err;
 }

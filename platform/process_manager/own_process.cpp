@@ -28,6 +28,7 @@ namespace {
 // What the table holds of the caller, kept to be written again into a new table.
 struct Own {
     std::atomic<bool> checkedIn = false;
+    bool ending = false;  // exit runs; threads that still do find no process here
     bool forked = false;  // a child of a registered process: not a program started by the user
     TableFile* table = nullptr;
     Slot* slot = nullptr;
@@ -44,6 +45,7 @@ void CopyText(const std::string& inText, char* outText, std::size_t inRoom) {
 
 void LeaveTable() {
     const std::lock_guard guard(sLock);
+    sOwn.ending = true;
     if (!sOwn.checkedIn) return;
     // The thread that holds the slot may be another one; the kernel lets go of it with the process.
     if (sOwn.table->IsCurrent() && IsOwnNumber(sOwn.slot->number)) Withdraw(*sOwn.slot);
@@ -54,6 +56,7 @@ void LeaveTable() {
 // A child has the table mapped but is not in it; its parent's entry is not its own.
 void BeginAnewInChild() {
     sOwn.forked = sOwn.forked || sOwn.checkedIn;
+    sOwn.ending = false;
     sOwn.checkedIn = false;
     sOwn.slot = nullptr;
     sOwn.entry = {};
@@ -168,6 +171,7 @@ OSErr RenewTable() {
 
 OSErr CheckInLocked() {
     if (sOwn.checkedIn) return noErr;
+    if (sOwn.ending) return procNotFound;
     if (sOwn.table == nullptr || !sOwn.table->IsCurrent()) {
         const OSErr err = TableFile::Open(&sOwn.table);
         if (err != noErr) return err;
