@@ -16,7 +16,10 @@ namespace carbon {
 namespace {
 
 constexpr Clock::duration kRetryAfter = std::chrono::milliseconds(3);
-constexpr UInt32 kStartUpTicks = 60 * kStartUpSeconds;
+constexpr SInt32 kStartUpTicks = 60 * kStartUpSeconds;
+
+// Negative when the two clocks differ by a tick.
+SInt32 TicksSince(UInt32 inTicks) { return static_cast<SInt32>(TickCount() - inTicks); }
 
 }  // namespace
 
@@ -67,7 +70,7 @@ OSErr SendOperation::OpenSoon() {
             break;
         case Exchange::ConnectResult::kNobodyListens:
             if (!FindProcess(mTarget)) return procNotFound;
-            if (entry->socketReady || TickCount() - entry->launchTicks > kStartUpTicks)
+            if (entry->socketReady || TicksSince(entry->launchTicks) > kStartUpTicks)
                 return connectionInvalid;
     }
     return WaitABit(Clock::now() + kRetryAfter);

@@ -1,6 +1,7 @@
 // The first event after a launch, which may come before the application can be sent to; and the
 // addresses that find an application without its number.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -24,8 +25,13 @@ Boolean StopAtThird(EventRecord*, SInt32* outSleep, RgnHandle*) {
 class LaunchRace : public testing::Test {
   protected:
     void TearDown() override {
+        // Until it is gone, launching the bundle again would find it running.
+        const UInt32 start = TickCount();
         pid_t pid = -1;
-        if (GetProcessPID(&mPsn, &pid) == noErr) kill(pid, SIGKILL);
+        while (GetProcessPID(&mPsn, &pid) == noErr && TickCount() - start < 600) {
+            kill(pid, SIGKILL);
+            usleep(1000);
+        }
     }
     void Launch(const std::string& inCommand) {
         BundleText text;
