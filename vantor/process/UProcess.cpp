@@ -3,6 +3,7 @@
 
 #include "vantor/appleevents/StAEDescriptor.h"
 #include "vantor/appleevents/UAppleEventsMgr.h"
+#include "vantor/containers/TArray.h"
 #include "vantor/foundation/BigEndian.h"
 #include "vantor/foundation/LException.h"
 
@@ -104,6 +105,16 @@ bool UProcess::GetNextPSN(ProcessSerialNumber& ioPSN) {
     if (error == procNotFound && ioPSN == kBeforeTheFirst) return true;
     ThrowIfError(error);
     return false;
+}
+
+bool UProcess::GetPreviousPSN(ProcessSerialNumber& ioPSN) {
+    TArray<ProcessSerialNumber> processes;
+    ProcessSerialNumber psn = kBeforeTheFirst;
+    while (!GetNextPSN(psn)) processes.AddItem(psn);
+    const SInt32 index = processes.FetchIndexOf(ioPSN);
+    if (index == 0) LException::Throw(procNotFound);
+    if (index > 1) processes.FetchItemAt(index - 1, ioPSN);
+    return index == 1;
 }
 
 bool UProcess::IsSame(const ProcessSerialNumber& inFirst, const ProcessSerialNumber& inSecond) {

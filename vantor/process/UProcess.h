@@ -40,6 +40,8 @@ class VANTOR_EXPORT UProcess {
 
     // Steps to the next process, {0, kNoProcess} being before the first. True at the end.
     static bool GetNextPSN(ProcessSerialNumber& ioPSN);
+    // Steps to the process before. True, and nothing changed, when there is none.
+    static bool GetPreviousPSN(ProcessSerialNumber& ioPSN);
     // Whether two numbers mean one process; false when that cannot be told.
     static bool IsSame(const ProcessSerialNumber& inFirst, const ProcessSerialNumber& inSecond);
 

@@ -1,7 +1,7 @@
 // Code Fragment Manager: symbols of libraries that the program has loaded.
 //
-// Linux: a fragment is a shared object. Its name is that of its file with or without the "lib" in
-// front and the ".so" and version behind, or the name it was built with (its soname).
+// Linux: a fragment is a shared object. Its name is that of its file, with or without the "lib" in
+// front and the ".so" and version behind.
 #ifndef CARBON_CODEFRAGMENTS_H
 #define CARBON_CODEFRAGMENTS_H
 
@@ -9,7 +9,7 @@
 
 typedef struct OpaqueCFragConnectionID* CFragConnectionID;
 
-// Any of these names the machine's own code here.
+// All but the 68K one name the machine's own code here.
 typedef OSType CFragArchitecture;
 enum {
     kPowerPCCFragArch = 'pwpc',
@@ -53,7 +53,8 @@ OSErr GetSharedLibrary(ConstStr63Param libName, CFragArchitecture archType,
 OSErr FindSymbol(CFragConnectionID connID, ConstStr255Param symName, Ptr* symAddr,
                  CFragSymbolClass* symClass);
 
-// Ends a connection; *connID becomes null. Returns cfragConnectionIDErr for what is none.
+// Ends a connection; *connID becomes null. Connections of kFindCFrag need not be ended. Returns
+// cfragConnectionIDErr for what is none.
 OSErr CloseConnection(CFragConnectionID* connID);
 
 PLATFORM_DECLARATIONS_END

@@ -54,6 +54,27 @@ TEST_F(Process, LaunchedFirstIsFoundFirst) {
     EXPECT_EQ(UProcess::GetPSN('Twin', 'APPL'), first);
 }
 
+TEST_F(Process, IsSteppedBackToInTheOrderOfLaunching) {
+    const ProcessSerialNumber first = InstallAndLaunch("First", "Twin");
+    const ProcessSerialNumber second = InstallAndLaunch("Second", "Twin");
+    ProcessSerialNumber psn = second;
+    EXPECT_FALSE(UProcess::GetPreviousPSN(psn));
+    EXPECT_EQ(psn, first);
+    ProcessSerialNumber before = psn;
+    while (!UProcess::GetPreviousPSN(psn)) before = psn;
+    EXPECT_EQ(psn, before);  // the first process of all stays
+    ProcessSerialNumber next = {0, kNoProcess};
+    EXPECT_FALSE(UProcess::GetNextPSN(next));
+    EXPECT_EQ(psn, next);
+}
+
+TEST_F(Process, ThatIsNotInTheListHasNoneBeforeIt) {
+    ProcessSerialNumber psn = {0, 0x7FFFFFFF};
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::GetPreviousPSN(psn); }), procNotFound);
+    psn = UProcess::GetCurrentPSN();  // another name of one that is
+    EXPECT_EQ(CodeThrownBy([&] { UProcess::GetPreviousPSN(psn); }), procNotFound);
+}
+
 TEST_F(Process, ThatCannotBeReadIsPassedOver) {
     const ProcessSerialNumber first = InstallAndLaunch("First", "Twin");
     const ProcessSerialNumber second = InstallAndLaunch("Second", "Twin");
