@@ -100,9 +100,11 @@ LString& LString::Assign(UInt32 inCode) {
 }
 
 LString& LString::Append(const void* inText, UInt8 inLength) {
+    const StringPtr string = mStringPtr;
+    const SInt32 used = string[0];
     const SInt32 length = std::min<SInt32>(inText ? inLength : 0, Room());
-    if (length > 0) std::memmove(TextPtr() + Length(), inText, size_t(length));
-    mStringPtr[0] = UInt8(Length() + length);
+    if (length > 0) std::memmove(string + 1 + used, inText, size_t(length));
+    string[0] = UInt8(used + length);
     return *this;
 }
 

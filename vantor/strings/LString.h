@@ -150,6 +150,7 @@ class VANTOR_EXPORT LString {
   private:
     SInt32 Room() const;
     bool Matches(const void* inText, UInt8 inLength, SInt32 inPosition) const;
+    UInt8 FindBytes(const void* inText, UInt8 inLength, SInt32 inFirst) const;
     bool MatchesWithin(const void* inBuffer, UInt32 inOffset) const;
 };
 

@@ -1,6 +1,7 @@
 // Searching and comparing.
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "vantor/strings/LString.h"
 
@@ -8,9 +9,17 @@ bool LString::Matches(const void* inText, UInt8 inLength, SInt32 inPosition) con
     return mCompareFunc(mStringPtr + inPosition, inText, inLength, inLength) == 0;
 }
 
+// What comparing bytes at every place would find, in one search.
+UInt8 LString::FindBytes(const void* inText, UInt8 inLength, SInt32 inFirst) const {
+    const std::string_view text(reinterpret_cast<const char*>(mStringPtr), Length() + size_t{1});
+    const size_t place = text.find(static_cast<const char*>(inText), size_t(inFirst), inLength);
+    return place == std::string_view::npos ? UInt8(0) : UInt8(place);
+}
+
 UInt8 LString::Find(const void* inText, UInt8 inLength, UInt8 inStartPos) const {
-    const SInt32 last = Length() - inLength + 1;
-    for (SInt32 position = std::max<SInt32>(inStartPos, 1); position <= last; ++position)
+    const SInt32 first = std::max<SInt32>(inStartPos, 1), last = Length() - inLength + 1;
+    if (mCompareFunc == CompareBytes && first <= last) return FindBytes(inText, inLength, first);
+    for (SInt32 position = first; position <= last; ++position)
         if (Matches(inText, inLength, position)) return UInt8(position);
     return 0;
 }

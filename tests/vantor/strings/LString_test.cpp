@@ -141,7 +141,7 @@ TEST(LString, RemovesNoMoreThanThereIs) {
     EXPECT_EQ(TextOf(LStr255("abcdef").Remove(0, 2)), "cdef");
     EXPECT_EQ(TextOf(LStr255("abcdef").Remove(2, 0)), "abcdef");
     EXPECT_EQ(TextOf(LStr255("").Remove(0, 5)), "");
-    EXPECT_EQ(TextOf(LStr255("abcdef").Replace(2, 3, "XY", 2)), "aXYf");
+    EXPECT_EQ(TextOf(LStr255("abcdef").Replace(2, 3, "XY", 2)), "aXYef");
 }
 
 TEST(LString, AgreesWithANaiveModelOverRandomEdits) {
@@ -233,6 +233,18 @@ TEST(LString, SearchesWithTheFunctionThatItWasGiven) {
 
 SInt16 Compare(LString::CompareFunc inFunction, const std::string& inA, const std::string& inB) {
     return inFunction(inA.data(), inB.data(), UInt8(inA.size()), UInt8(inB.size()));
+}
+
+TEST(LString, FindsBytesAsComparingThemAtEveryPlaceDoes) {
+    LString::sDefaultCompareFunc = LString::CompareBytes;
+    const LStr255 bytes("abcbcABC");
+    LString::sDefaultCompareFunc = LString::ToolboxCompareText;
+    const LStr255 texts("abcbcABC");
+    for (const std::string text : {"", "a", "bc", "BC", "abcbcABC", "abcbcABCx", "x"})
+        for (UInt8 start = 0; start < 12; ++start)
+            EXPECT_EQ(bytes.Find(text.data(), UInt8(text.size()), start),
+                      texts.Find(text.data(), UInt8(text.size()), start))
+                << text << " from " << int(start);
 }
 
 TEST(LString, ComparesBytesWithoutSigns) {
