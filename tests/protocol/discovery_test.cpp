@@ -93,6 +93,14 @@ TEST_F(Discovery, AnotherCreatorIsNotFoundAtAll) {
     EXPECT_EQ(VantorGetStatusCode(nullptr), kLSApplicationNotFoundErr);
 }
 
+TEST_F(Discovery, AnotherPackageTypeIsInvalid) {
+    BundleFacts facts;
+    facts.type = "appe";
+    Describe(facts);
+    EXPECT_FALSE(VantorIsMirelFound());
+    EXPECT_EQ(VantorGetStatusCode(nullptr), kMirelInvalid);
+}
+
 TEST_F(Discovery, ARunningRecorderThatIsTooOldFailsEveryRemoteCall) {
     StartRecorder();
     DescribeVersion("6.9.9");

@@ -14,6 +14,7 @@ OSErr sLaunchError = noErr;
 OSErr sMakeRefError = noErr;
 OSErr sCatalogError = noErr;
 bool sNoPointers = false;
+bool sNoURL = false;  // Launch Services finds an application and says nothing of its URL
 AEKeyword sKeyThatFails = 0;
 int sAskedLaunchServices = 0;
 LaunchParamBlockRec sBlock = {};
@@ -52,6 +53,10 @@ OSStatus LSGetApplicationForInfo(OSType inType, OSType inCreator, CFStringRef in
     EXPECT_EQ(inCreator, OSType{'Fv8k'});
     EXPECT_EQ(inExtension, nullptr);
     EXPECT_EQ(inRoles, 4u);
+    if (sNoURL && outURL != nullptr) {
+        *outURL = nullptr;
+        return noErr;
+    }
     return REAL_CALL(LSGetApplicationForInfo)(inType, inCreator, inExtension, inRoles, outRef,
                                               outURL);
 }
@@ -62,7 +67,7 @@ class Host : public RecorderTest {
   protected:
     void TearDown() override {
         sLaunchError = sMakeRefError = sCatalogError = noErr;
-        sNoPointers = false;
+        sNoPointers = sNoURL = false;
         sKeyThatFails = 0;
         RecorderTest::TearDown();
     }
@@ -119,6 +124,11 @@ TEST_F(Host, KeepsWritingWhenTheWriteModeCannotBePut) {
     EXPECT_EQ(VantorWriteDiscWithOptions(1, -1, -1, false, false), noErr);
     EXPECT_EQ(Events(), std::vector<std::string>{
                             Sent("Fv8k/wrIt", Direct(kDiscOne) + " Quit=bool 00 Asyn=bool 01")});
+}
+
+TEST_F(Host, IsToldThatAnApplicationWithoutAURLIsInvalid) {
+    sNoURL = true;
+    EXPECT_EQ(VantorGetStatusCode(nullptr), kMirelInvalid);
 }
 
 TEST_F(Host, KeepsAskingLaunchServicesOnceMoreForAnInvalidBundle) {

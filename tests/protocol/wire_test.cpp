@@ -222,7 +222,8 @@ class WireWithPlainText : public Wire {
 };
 
 TEST_F(WireWithPlainText, OfAnyLengthBecomesAPascalStringInPlace) {
-    for (const std::size_t length : {0, 1, 4, 254, 255, 256, 300}) {
+    for (const std::size_t length :
+         std::initializer_list<std::size_t>{0, 1, 4, 254, 255, 256, 300}) {
         std::string hex;
         for (std::size_t i = 0; i < length; ++i) hex += "41";
         Script("core/getd/sTxt value TEXT " + hex + "\n");

@@ -62,7 +62,7 @@ bool IsOurEdition(CFBundleRef inBundle) {
     return CFStringFind(name, CFSTR("Calverin"), kCFCompareCaseInsensitive).location != kCFNotFound;
 }
 
-// What is examined is the application that Launch Services names, whatever the spec means.
+// What is examined is the application that Launch Services names, whatever file was given.
 bool IsApplicationValid(const FSSpec& inSpec) {
     FSRef ref;
     if (FSpMakeFSRef(&inSpec, &ref) != noErr) return false;
