@@ -91,7 +91,8 @@ TEST(LString, AssignsFromEverySource) {
     EXPECT_EQ(TextOf(LStr255(UInt32{'Fv8k'})), "Fv8k");
     LStr255 string;
     string = "next";
-    string = string;
+    const LStr255& same = string;
+    string = same;
     EXPECT_EQ(TextOf(string), "next");
 }
 

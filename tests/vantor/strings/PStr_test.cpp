@@ -76,7 +76,7 @@ TEST(PStrContains, FindsThePartAnywhere) {
 }
 
 TEST(PStrCopy, CopiesShortAndLongStrings) {
-    for (const size_t length : {0, 9, 10, 255}) {
+    for (const size_t length : {0u, 9u, 10u, 255u}) {
         Buffer copy("");
         PStrCopy(PString(Letters(length)), copy);
         EXPECT_EQ(copy.Text(), Letters(length));
