@@ -122,9 +122,14 @@ bool Storage::FitsFactoring(const Item& inItem) const {
 
 std::optional<UInt32> Storage::FindAttribute(AEKeyword inKey) const {
     const Section section = AttributesOf(Content());
+    const UInt8* form = mForm.data();
     UInt32 at = kContent + section.begin;
-    for (UInt32 i = 0; i < section.count; ++i, at = EndOf(at))
-        if (KeyAt(at) == inKey) return at;
+    // Asked a dozen times for every event that is sent: the sizes alone are read on the way.
+    for (UInt32 i = 0; i < section.count; ++i) {
+        if (ReadBigEndian<UInt32>(form + at) == inKey) return at;
+        const UInt32 size = ReadBigEndian<UInt32>(form + at + wire::kKeySize + wire::kSizeAt);
+        at += wire::kKeySize + wire::kItemHeader + wire::Padded(size);
+    }
     return std::nullopt;
 }
 
