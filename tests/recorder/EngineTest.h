@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -27,9 +29,22 @@ inline bool Eventually(const std::function<bool()>& inCondition, int inSeconds =
     return true;
 }
 
+// For its lifetime the administrator can read as little as anybody.
+class AsAnybody {
+  public:
+    AsAnybody() { mChanged = geteuid() == 0 && seteuid(65534) == 0; }
+    ~AsAnybody() { EXPECT_TRUE(!mChanged || seteuid(0) == 0); }
+    AsAnybody(const AsAnybody&) = delete;
+    AsAnybody& operator=(const AsAnybody&) = delete;
+
+  private:
+    bool mChanged;
+};
+
 class EngineTest : public ::testing::Test {
   protected:
     EngineTest() {
+        fs::permissions(mHome.Root(), fs::perms(0755));
         mRoot = mHome.Root() / "work";
         mSource = mRoot / "source";
         fs::create_directories(mSource);
