@@ -151,11 +151,17 @@ Connection::ReceiveResult Connection::Receive(bool inMayWait, Frame* outFrame) {
         case FrameAssembler::Progress::kBroken:
             return ReceiveResult::kClosed;
         case FrameAssembler::Progress::kMore:
+            mLastPart = Clock::now();
             return ReceiveResult::kPart;
         case FrameAssembler::Progress::kComplete:
             *outFrame = mAssembler.TakeFrame();
     }
     return ReceiveResult::kFrame;
+}
+
+bool Connection::IsReceiving() const {
+    constexpr std::chrono::seconds kLongest(kStartUpSeconds);
+    return mAssembler.IsInside() && Clock::now() - mLastPart < kLongest;
 }
 
 UInt32 Connection::Await(Waiter* inWaiter) {

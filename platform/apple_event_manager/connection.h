@@ -67,6 +67,8 @@ class Connection {
 
     enum class ReceiveResult { kNothing, kPart, kFrame, kClosed };
     ReceiveResult Receive(bool inMayWait, Frame* outFrame);
+    // Whether the peer is in the middle of a message, and has not been silent there for long.
+    bool IsReceiving() const;
 
     // Replies, of an outgoing connection. A null waiter stands for the event queue.
     struct Awaited {
@@ -111,6 +113,7 @@ class Connection {
     ProcessSerialNumber mPeer;
     Direction mDirection;
     FrameAssembler mAssembler;
+    Moment mLastPart{};  // when a packet came that left its message unfinished
     std::deque<Unsent> mUnsent;
     size_t mUnsentBytes = 0;
     UInt64 mLastMessage = 0;

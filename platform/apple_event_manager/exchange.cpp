@@ -182,7 +182,8 @@ bool Exchange::MakeRoom() {
         Connection* oldest = nullptr;
         for (auto& [id, connection] : mConnections) {
             const bool isIdle = connection->HoldsNothing() && !connection->HasUnsent() &&
-                                connection->AwaitedCount() == 0 && !connection->isRetired;
+                                connection->AwaitedCount() == 0 && !connection->isRetired &&
+                                !connection->IsReceiving();
             if (isIdle && (!oldest || connection->lastUse < oldest->lastUse))
                 oldest = connection.get();
         }

@@ -55,6 +55,7 @@ class FrameAssembler {
     // connection is of no use.
     Progress Take(std::span<const UInt8> inPacket);
     Frame TakeFrame();
+    bool IsInside() const { return mInside; }  // more packets of a frame are to come
 
   private:
     Progress Begin(std::span<const UInt8> inPacket);

@@ -229,6 +229,27 @@ TEST_F(Transport, IdleConnectionsMakeRoomForNewOnes) {
     EXPECT_TRUE(IsHungUp(sockets.front()));
 }
 
+// The one used longest ago is in the middle of a large event: that is no idleness.
+TEST_F(Transport, HalfReceivedEventKeepsItsConnection) {
+    const Bytes event = FlatEvent();
+    const auto middle = event.begin() + static_cast<std::ptrdiff_t>(event.size() / 2);
+    const FrameHeader header{FrameKind::kEvent, static_cast<UInt32>(event.size()), mSelf, 9};
+    const UniqueFd slow = Connect();
+    ASSERT_TRUE(Say(slow, Packet(header, Bytes(event.begin(), middle))));
+    EXPECT_TRUE(ServerAnswers());
+    EXPECT_TRUE(ServerAnswers());
+    std::vector<UniqueFd> sockets;
+    for (int i = 0; i < carbon::kMaximumConnections + 40; ++i) {
+        sockets.push_back(Connect());
+        ASSERT_TRUE(sockets.back());
+        Say(sockets.back(), Packet({FrameKind::kWakeUp, 0, mSelf}));
+    }
+    EXPECT_TRUE(ServerAnswers());
+    ASSERT_TRUE(Say(slow, Bytes(middle, event.end())));
+    UInt8 reply[4096];
+    EXPECT_GT(recv(slow.Get(), reply, sizeof reply, 0), 28);
+}
+
 TEST_F(Transport, NumberOfAnotherProcessIsNoDisguise) {
     const UniqueFd socket = Connect();
     ASSERT_TRUE(Say(socket, Packet({FrameKind::kWakeUp, 0, mServer.Psn().lowLongOfPSN})));
