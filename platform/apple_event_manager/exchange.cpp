@@ -25,6 +25,11 @@ constexpr UInt64 kListenerTag = 1;
 constexpr UInt64 kBellTag = 2;
 constexpr size_t kMaximumUnsent = 2 * size_t{kMaximumMessageSize};
 constexpr int kPacketsAtATime = 64;
+constexpr Clock::duration kListenerRest = std::chrono::milliseconds(100);
+
+bool IsOutOfMeans(int inErrno) {
+    return inErrno == EMFILE || inErrno == ENFILE || inErrno == ENOBUFS || inErrno == ENOMEM;
+}
 
 Exchange* NewExchange() {
     auto* exchange = new Exchange;
@@ -97,9 +102,22 @@ void Exchange::Watch(int inSocket, UInt64 inTag, UInt32 inEvents, UInt32* ioWatc
 }
 
 void Exchange::WatchListener() {
-    const bool hasRoom = mConnections.size() < kMaximumConnections;
-    if (mListener)
-        Watch(mListener.Get(), kListenerTag, hasRoom ? UInt32{EPOLLIN} : 0, &mListenerWatchedFor);
+    if (mListener) Watch(mListener.Get(), kListenerTag, EPOLLIN, &mListenerWatchedFor);
+}
+
+// Who knocks while there is no room waits in the kernel: watched, the listener would end every
+// wait at once. Room comes with a connection that closes, or unseen from here.
+void Exchange::RestListener() {
+    mListenerRestsUntil = Clock::now() + kListenerRest;
+    Watch(mListener.Get(), kListenerTag, 0, &mListenerWatchedFor);
+}
+
+// The moment at which a wait ends for the listener's sake.
+Moment Exchange::WakeListener() {
+    if (!mListener || mListenerWatchedFor != 0) return kNever;
+    if (Clock::now() < mListenerRestsUntil) return mListenerRestsUntil;
+    WatchListener();
+    return kNever;
 }
 
 // A connection that holds too much is left alone: what its peer sends waits in the kernel.
@@ -161,10 +179,11 @@ Connection* Exchange::Add(UniqueFd inSocket, const ProcessSerialNumber& inPeer,
 void Exchange::Accept() {
     while (MakeRoom()) {
         UniqueFd socket = AcceptLocalSocket(mListener.Get());
-        if (!socket) return;
+        if (!socket && !IsOutOfMeans(errno)) return;
+        if (!socket) break;
         AcceptOne(std::move(socket));
     }
-    WatchListener();
+    RestListener();
 }
 
 // Another user is hung up on. A caller may have ended already; what it sent before still counts,
@@ -241,6 +260,7 @@ void Exchange::Pump(Moment inUntil) {
     if (Prepare() != noErr) return;
     for (const ConnectionID id : std::exchange(mUnwatched, {}))
         if (Connection* connection = Find(id)) WatchConnection(connection);
+    const Moment until = std::min(inUntil, WakeListener());
     epoll_event events[kPacketsAtATime];
     const int count = epoll_wait(mEpoll.Get(), events, kPacketsAtATime, MillisecondsUntil(inUntil));
     for (int i = 0; i < count; ++i) Happened(events[i].data.u64, events[i].events);

@@ -65,6 +65,8 @@ class Exchange {
     void Close(ConnectionID inID);
     void Watch(int inSocket, UInt64 inTag, UInt32 inEvents, UInt32* ioWatched);
     void WatchListener();
+    void RestListener();
+    Moment WakeListener();
     void WatchConnection(Connection* inConnection);
     void Happened(UInt64 inTag, UInt32 inEvents);
     bool Readable(Connection* inConnection, bool inMayWait);
@@ -79,7 +81,8 @@ class Exchange {
     UniqueFd mBell;  // an eventfd, rung by Post
     std::string mPath;
     UInt32 mListenerWatchedFor = 0;
-    UInt64 mLastID = 15;  // smaller ones tag the listener and the bell
+    Moment mListenerRestsUntil{};  // while it is not watched
+    UInt64 mLastID = 15;           // smaller ones tag the listener and the bell
     UInt64 mUses = 0;
     int mClients = 0;          // incoming connections
     ConnectionID mTalker = 0;  // that of the last event
