@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -124,7 +125,11 @@ void WhenEnded(pid_t inPid, std::function<void(SInt32)> inThen) {
     sigset_t all, before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    std::thread([inPid, then = std::move(inThen)] { then(AwaitEnd(inPid)); }).detach();
+    try {
+        std::thread([inPid, then = std::move(inThen)] { then(AwaitEnd(inPid)); }).detach();
+    } catch (const std::system_error&) {
+        // No more threads here. The launch has succeeded all the same; nobody learns of the end.
+    }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 

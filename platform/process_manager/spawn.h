@@ -19,6 +19,7 @@ OSErr Spawn(const std::string& inExecutable, pid_t* outPid);
 // Calls inThen on a thread of its own once this child has ended, and takes it from the list of the
 // host's ended children; others stay there. The status is what it ended with, negative for a
 // signal, 0 when the host has asked for it first.
+// Where no thread can be made, inThen is never called.
 void WhenEnded(pid_t inPid, std::function<void(SInt32 inStatus)> inThen);
 
 }  // namespace carbon
