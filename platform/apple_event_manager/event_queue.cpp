@@ -5,8 +5,7 @@
 
 #include <algorithm>
 #include <bit>
-
-#include "apple_event_manager/handlers.h"
+#include <new>
 
 namespace carbon {
 
@@ -39,15 +38,39 @@ EventQueue& TheEventQueue() {
     return queue;
 }
 
-void EventQueue::PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin) {
-    mEvents.push_back({++mLastNumber, RecordOf(inEvent), inEvent, inOrigin});
+bool EventQueue::Post(const QueuedEvent& inEvent) {
+    try {
+        mEvents.push_back(inEvent);
+        mEvents.back().number = ++mLastNumber;
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
-void EventQueue::PostOSEvent(UInt32 inMessage) {
+bool EventQueue::PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin) {
+    if (Post({0, RecordOf(inEvent), inEvent, inOrigin})) return true;
+    AppleEvent event = inEvent;
+    AEDisposeDesc(&event);
+    return false;
+}
+
+bool EventQueue::PostOSEvent(UInt32 inMessage) {
     EventRecord record = NullEvent();
     record.what = osEvt;
     record.message = inMessage;
-    mEvents.push_back({++mLastNumber, record, {typeNull, nullptr}, {}});
+    std::erase_if(mEvents,
+                  [](const QueuedEvent& event) { return EventKind{event.record.what} == osEvt; });
+    return Post({0, record, {typeNull, nullptr}, {}});
+}
+
+size_t EventQueue::Count(const EventCodes& inCodes) const {
+    const auto isOne = [&](const QueuedEvent& event) {
+        const EventRecord& record = event.record;
+        return record.what == kHighLevelEvent && record.message == inCodes.eventClass &&
+               std::bit_cast<UInt32>(Point{record.where}) == inCodes.id;
+    };
+    return static_cast<size_t>(std::count_if(mEvents.begin(), mEvents.end(), isOne));
 }
 
 const QueuedEvent* EventQueue::FirstAfter(UInt64 inNumber, EventMask inMask) const {

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "apple_event_manager/connection.h"
+#include "apple_event_manager/handlers.h"
 
 namespace carbon {
 
@@ -32,8 +33,12 @@ class EventQueue {
     EventQueue(const EventQueue&) = delete;
     EventQueue& operator=(const EventQueue&) = delete;
 
-    void PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin);
-    void PostOSEvent(UInt32 inMessage);
+    // Takes the event, whatever comes of it. False when there is no memory: it is disposed then.
+    bool PostAppleEvent(const AppleEvent& inEvent, const Origin& inOrigin);
+    // Takes the place of an earlier one that nobody has looked at: the last switch tells all.
+    bool PostOSEvent(UInt32 inMessage);
+
+    size_t Count(const EventCodes& inCodes) const;
 
     const QueuedEvent* First(EventMask inMask) const;
     const QueuedEvent* FirstAfter(UInt64 inNumber, EventMask inMask) const;
@@ -41,6 +46,8 @@ class EventQueue {
     void Clear();
 
   private:
+    bool Post(const QueuedEvent& inEvent);
+
     std::deque<QueuedEvent> mEvents;
     UInt64 mLastNumber = 0;
 };

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 
 #include "apple_event_manager/limits.h"
 #include "posix/local_socket.h"
@@ -168,12 +169,12 @@ Exchange::ConnectResult Exchange::Connect(const ProcessSerialNumber& inPeer,
 Connection* Exchange::Add(UniqueFd inSocket, const ProcessSerialNumber& inPeer,
                           Connection::Direction inDirection) {
     const ConnectionID id = ++mLastID;
-    auto& connection = mConnections[id];
-    connection = std::make_unique<Connection>(id, std::move(inSocket), inPeer, inDirection);
+    auto made = std::make_unique<Connection>(id, std::move(inSocket), inPeer, inDirection);
+    mUnwatched.push_back(id);
+    Connection* connection = mConnections.emplace(id, std::move(made)).first->second.get();
     connection->lastUse = ++mUses;
     if (!connection->IsOutgoing()) ++mClients;
-    mUnwatched.push_back(id);
-    return connection.get();
+    return connection;
 }
 
 void Exchange::Accept() {
@@ -192,8 +193,12 @@ void Exchange::AcceptOne(UniqueFd inSocket) {
     const auto pid = PeerOfSameUser(inSocket.Get());
     if (!pid) return;
     const auto peer = FindProcessByPid(*pid);
-    Add(std::move(inSocket), peer ? peer->psn : ProcessSerialNumber{0, kNoProcess},
-        Connection::Direction::kIncoming);
+    try {
+        Add(std::move(inSocket), peer ? peer->psn : ProcessSerialNumber{0, kNoProcess},
+            Connection::Direction::kIncoming);
+    } catch (const std::bad_alloc&) {
+        // No memory for one more peer: it is hung up on, the others go on.
+    }
 }
 
 bool Exchange::MakeRoom() {
@@ -262,7 +267,7 @@ void Exchange::Pump(Moment inUntil) {
         if (Connection* connection = Find(id)) WatchConnection(connection);
     const Moment until = std::min(inUntil, WakeListener());
     epoll_event events[kPacketsAtATime];
-    const int count = epoll_wait(mEpoll.Get(), events, kPacketsAtATime, MillisecondsUntil(inUntil));
+    const int count = epoll_wait(mEpoll.Get(), events, kPacketsAtATime, MillisecondsUntil(until));
     for (int i = 0; i < count; ++i) Happened(events[i].data.u64, events[i].events);
 }
 

@@ -2,6 +2,7 @@
 #include "apple_event_manager/frame.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "apple_event_manager/limits.h"
@@ -41,6 +42,16 @@ bool IsAllowed(const FrameHeader& inHeader) {
             return inHeader.size == kObituarySize;
     }
     return false;
+}
+
+// Untouched pages of a false promise cost nothing, but there may be no room for the promise itself.
+bool Reserve(size_t inSize, std::vector<UInt8>* outBytes) {
+    try {
+        outBytes->reserve(inSize);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 }  // namespace
@@ -85,8 +96,8 @@ FrameAssembler::Progress FrameAssembler::Take(std::span<const UInt8> inPacket) {
     std::vector<UInt8>& payload = mFrame.payload;
     if (inPacket.empty() || inPacket.size() > mFrame.header.size - payload.size())
         return Progress::kBroken;
-    // Untouched pages of a false promise cost nothing.
-    payload.reserve(mFrame.header.size + kRoomForAttributes);
+    if (payload.empty() && !Reserve(mFrame.header.size + kRoomForAttributes, &payload))
+        return Progress::kBroken;
     payload.insert(payload.end(), inPacket.begin(), inPacket.end());
     return payload.size() == mFrame.header.size ? Progress::kComplete : Progress::kMore;
 }

@@ -86,7 +86,8 @@ bool Exchange::HandleEvent(Connection* inConnection, Frame&& inFrame) {
         AEDisposeDesc(&event);
         return false;
     }
-    TheEventQueue().PostAppleEvent(event, {inConnection->ID(), header.request, header.size});
+    if (!TheEventQueue().PostAppleEvent(event, {inConnection->ID(), header.request, header.size}))
+        return false;
     inConnection->Hold(header.size);
     mTalker = inConnection->ID();
     if (inConnection->HoldsTooMuch()) Settle(inConnection);
@@ -106,24 +107,29 @@ bool Exchange::HandleReply(Connection* inConnection, Frame&& inFrame) {
         awaited->waiter->reply = reply;
         awaited->waiter->state = Waiter::State::kAnswered;
     } else {
-        TheEventQueue().PostAppleEvent(reply, {});
+        return TheEventQueue().PostAppleEvent(reply, {});
     }
     return isEvent;
 }
 
+// A notice for which there is no memory is lost, as one that came too late would be.
 void Exchange::HandleNotice(const Notice& inNotice) {
+    EventQueue& queue = TheEventQueue();
     AppleEvent obituary;
     switch (inNotice.kind) {
         case ControlKind::kWakeUp:
             mWakeUp = true;
             return;
         case ControlKind::kSuspend:
-            return TheEventQueue().PostOSEvent(suspendResumeMessage << 24);
+            queue.PostOSEvent(suspendResumeMessage << 24);
+            return;
         case ControlKind::kResume:
-            return TheEventQueue().PostOSEvent(suspendResumeMessage << 24 | resumeFlag);
+            queue.PostOSEvent(suspendResumeMessage << 24 | resumeFlag);
+            return;
         case ControlKind::kApplicationDied:
-            if (MakeObituary(inNotice, &obituary) == noErr)
-                TheEventQueue().PostAppleEvent(obituary, {});
+            // Anybody of this user may send them, and a program need not take any.
+            if (queue.Count({kCoreEventClass, kAEApplicationDied}) >= kMaximumObituaries) return;
+            if (MakeObituary(inNotice, &obituary) == noErr) queue.PostAppleEvent(obituary, {});
     }
 }
 

@@ -58,9 +58,9 @@ OSErr SendToSelf(const AppleEvent& inEvent, AppleEvent* outReply, const Target& 
     AEDisposeDesc(&dispatch.event);
     if (!err && inOptions.replyMode == kAEWaitReply) return *outReply = dispatch.reply, noErr;
     if (!err && inOptions.replyMode == kAEQueueReply)
-        TheEventQueue().PostAppleEvent(dispatch.reply, {});
-    else
-        AEDisposeDesc(&dispatch.reply);
+        return TheEventQueue().PostAppleEvent(dispatch.reply, {}) ? OSErr{noErr}
+                                                                  : OSErr{memFullErr};
+    AEDisposeDesc(&dispatch.reply);
     return err;
 }
 

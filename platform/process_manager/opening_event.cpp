@@ -80,9 +80,8 @@ OSErr PostOpeningEvent(UInt32 inNumber, const ProcessSerialNumber& inLauncher) {
     OSErr err = kept ? OSErr(noErr) : MakeOpen(&event);
     if (err == noErr) err = MarkReceived(&event, {inLauncher, kAELocalProcess, false, 0, 0});
     if (err == noErr)
-        TheEventQueue().PostAppleEvent(event, {});
-    else
-        AEDisposeDesc(&event);
+        return TheEventQueue().PostAppleEvent(event, {}) ? OSErr(noErr) : OSErr(memFullErr);
+    AEDisposeDesc(&event);
     return err;
 }
 

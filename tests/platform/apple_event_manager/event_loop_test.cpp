@@ -1,12 +1,18 @@
 // What WaitNextEvent and its kin take from the queue, and what ends their wait.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <thread>
 
+#include "apple_event_manager/exchange.h"
+#include "apple_event_manager/limits.h"
 #include "apple_event_manager/transport.h"
+#include "process_manager/process_table.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
 
@@ -180,6 +186,68 @@ TEST_F(EventLoop, DeathOfAnApplicationIsAnEvent) {
     EXPECT_EQ(sStatus, -9);
     EXPECT_EQ(sNumber, 4711u);
     AERemoveEventHandler(kCoreEventClass, kAEApplicationDied, nullptr, false);
+}
+
+// Of switches that nobody has looked at, the last one tells all.
+TEST_F(EventLoop, UnseenSwitchesAreOneEvent) {
+    for (int i = 0; i < 100; ++i) {
+        SendControl(kSelf, ControlKind::kResume);
+        SendControl(kSelf, ControlKind::kSuspend);
+    }
+    EventRecord record;
+    ASSERT_TRUE(WaitNextEvent(everyEvent, &record, kLong, nullptr));
+    EXPECT_EQ(UInt32{record.message}, 0x01000000u);
+    EXPECT_FALSE(GetNextEvent(everyEvent, &record));
+}
+
+TEST_F(EventLoop, ObituariesThatNobodyTakesAreLimited) {
+    for (UInt32 i = 0; i < carbon::kMaximumObituaries + 10; ++i)
+        SendControl(kSelf, ControlKind::kApplicationDied, {0, 4711 + i}, 0);
+    int taken = 0;
+    for (EventRecord record; GetNextEvent(everyEvent, &record); ++taken)
+        AEProcessAppleEvent(&record);
+    EXPECT_EQ(taken, carbon::kMaximumObituaries);
+}
+
+// No descriptor can be made while one of these lives.
+class NoMoreDescriptors {
+  public:
+    NoMoreDescriptors() {
+        getrlimit(RLIMIT_NOFILE, &mBefore);
+        const rlimit none{3, mBefore.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoMoreDescriptors() { setrlimit(RLIMIT_NOFILE, &mBefore); }
+    NoMoreDescriptors(const NoMoreDescriptors&) = delete;
+    NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
+
+  private:
+    rlimit mBefore{};
+};
+
+int TurnsWithin(carbon::Clock::duration inTime) {
+    const carbon::Moment until = carbon::Clock::now() + inTime;
+    int turns = 0;
+    for (; carbon::Clock::now() < until; ++turns) carbon::TheExchange().Pump(until);
+    return turns;
+}
+
+TEST_F(EventLoop, KnockWithoutADescriptorWaitsInTheKernel) {
+    const carbon::ProcessEntry self = carbon::CurrentProcess();
+    const carbon::UniqueFd client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    self.SocketPath().copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(connect(client.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const auto header =
+        carbon::EncodeHeader({carbon::FrameKind::kWakeUp, 0, self.psn.lowLongOfPSN});
+    ASSERT_GT(send(client.Get(), header.data(), header.size(), MSG_NOSIGNAL), 0);
+    {
+        const NoMoreDescriptors none;
+        EXPECT_LT(TurnsWithin(std::chrono::milliseconds(250)), 50);
+    }
+    EventRecord record;
+    EXPECT_FALSE(WaitNextEvent(everyEvent, &record, 0xFFFFFFFF, nullptr));  // Taken at last.
 }
 
 TEST_F(EventLoop, ControlReachesOnlyProcessesThatAre) {
