@@ -12,7 +12,8 @@ namespace recorder {
 
 class WorkFile {
   public:
-    // Creates `.NAME.part` beside the goal. dupFNErr when the goal exists and may not be replaced,
+    // Creates `.NAME.part` beside the goal. dupFNErr when the goal exists and may not be replaced
+    // or is no regular file, or when somebody has a file of his own where ours would be made;
     // fBsyErr when it is already being written, permErr when the folder cannot be written to.
     WorkFile(const std::string& inGoal, bool inReplace);
     // Removes the file unless it was delivered.
@@ -28,11 +29,19 @@ class WorkFile {
     void Deliver();
     const std::string& Goal() const { return mGoal; }
 
-    // Removes what processes that died have left behind; what is still being written stays.
+    // Whether a file could be begun, as its creation would answer.
+    static void CheckGoal(const std::string& inGoal, bool inReplace);
+    static void CheckFolder(const std::string& inFolder);
+
+    // Removes what processes that died have left behind; what is still being written stays, and so
+    // does any other file that took such a name.
     static void RemoveLeftovers();
 
   private:
     void Create();
+    void MakeRoom();
+    bool Lock();
+    void RemovePart();
     void Rename();
 
     std::string mGoal, mPart, mNote;
