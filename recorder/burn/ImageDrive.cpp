@@ -118,15 +118,27 @@ std::string ImageDrive::FreshPath(const std::string& inFolder, const std::string
     return path;
 }
 
-bool ImageDrive::HasBlankDisc() {
-    const std::string disc = Disc();
-    if (!disc.empty() && IsBlankDisc(disc)) return true;
-    if (!mAutomatic) return false;
-    if (!disc.empty()) Eject();
+std::string ImageDrive::MakeBlank() const {
     const std::string path = Tray() + "/Blank disc.iso";
     const carbon::UniqueFd fd(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
-    if (!fd || ftruncate(fd.Get(), off_t(mCapacity)) != 0) throw FailureFromErrno(errno, path);
-    return true;
+    if (!fd) throw FailureFromErrno(errno, path);
+    if (ftruncate(fd.Get(), off_t(mCapacity)) == 0) return path;
+    const BurnFailure failure = FailureFromErrno(errno, path);
+    unlink(path.c_str());
+    throw failure;
+}
+
+// The disc to be written, or empty. An automatic drive clears its tray for one: whatever else lies
+// there by name before it would be taken for it.
+std::string ImageDrive::BlankDisc() {
+    std::string disc = Disc();
+    for (; mAutomatic && !disc.empty() && !IsBlankDisc(disc); disc = Disc()) Eject();
+    if (!disc.empty()) return IsBlankDisc(disc) ? disc : std::string();
+    return mAutomatic ? MakeBlank() : std::string();
+}
+
+bool ImageDrive::HasBlankDisc() {
+    return !BlankDisc().empty();
 }
 
 void ImageDrive::Eject() {
@@ -140,17 +152,21 @@ void ImageDrive::Eject() {
     if (rename(disc.c_str(), path.c_str()) != 0) throw FailureFromErrno(errno, disc);
 }
 
+std::unique_ptr<Recording> ImageDrive::Pretend(const DiscGoal& inGoal) const {
+    if (!inGoal.outputPath.empty()) WorkFile::CheckGoal(inGoal.outputPath, inGoal.replace);
+    const std::string folder = inGoal.outputPath.empty() ? Finished() : FolderOf(inGoal.outputPath);
+    const std::string disc = Disc();
+    const bool isBlank = !disc.empty() && IsBlankDisc(disc);
+    return std::make_unique<SimulatedRecording>(folder,
+                                                isBlank ? CapacityOfBlank(disc) : mCapacity);
+}
+
 std::unique_ptr<Recording> ImageDrive::Begin(const DiscGoal& inGoal) {
-    if (!inGoal.outputPath.empty() && inGoal.outputPath[0] != '/')
-        throw BurnFailure(paramErr, "\"" + inGoal.outputPath + "\" is not an absolute path.");
-    if (inGoal.simulate) {
-        const std::string folder =
-            inGoal.outputPath.empty() ? Finished() : FolderOf(inGoal.outputPath);
-        return std::make_unique<SimulatedRecording>(folder, mCapacity);
-    }
-    if (!HasBlankDisc())
-        throw BurnFailure(kNoDiscErr, "There is no blank disc in " + mFolder + ".");
-    const std::string blank = Disc();
+    if (inGoal.simulate) return Pretend(inGoal);
+    // Before the tray is touched.
+    if (!inGoal.outputPath.empty()) WorkFile::CheckGoal(inGoal.outputPath, inGoal.replace);
+    const std::string blank = BlankDisc();
+    if (blank.empty()) throw BurnFailure(kNoDiscErr, "There is no blank disc in " + mFolder + ".");
     std::string goal = inGoal.outputPath;
     if (goal.empty())
         goal = FreshPath(inGoal.eject ? Finished() : Tray(), ImageName(inGoal.volumeName) + ".iso");

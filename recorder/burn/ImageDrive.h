@@ -28,6 +28,9 @@ class ImageDrive : public Drive {
     std::string Tray() const { return mFolder + "/tray"; }
     std::string Finished() const { return mFolder + "/finished"; }
     std::string Disc() const;  // the file in the tray, or empty
+    std::string BlankDisc();
+    std::string MakeBlank() const;
+    std::unique_ptr<Recording> Pretend(const DiscGoal& inGoal) const;
     std::string FreshPath(const std::string& inFolder, const std::string& inName) const;
 
     std::string mFolder;

@@ -3,6 +3,7 @@
 #include "burn/ImageRecording.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <vector>
 
+#include "burn/ImageDrive.h"
 #include "burn/PageBuffer.h"
 
 namespace recorder {
@@ -23,11 +25,15 @@ bool IsAllZero(const UInt8* inData, size_t inSize) {
     return inData[0] == 0 && std::memcmp(inData, inData + 1, inSize - 1) == 0;
 }
 
-void CheckCapacity(UInt64 inBytes, UInt64 inCapacity) {
-    if (inCapacity != 0 && inBytes > inCapacity)
-        throw BurnFailure(dskFulErr, "The disc holds " + std::to_string(inCapacity / 1'000'000) +
+void CheckSpace(UInt64 inBytes, UInt64 inSpace) {
+    if (inBytes > inSpace)
+        throw BurnFailure(dskFulErr, "The disc holds " + std::to_string(inSpace / 1'000'000) +
                                          " MB, " + std::to_string(inBytes / 1'000'000) +
                                          " MB are needed.");
+}
+
+void CheckCapacity(UInt64 inBytes, UInt64 inCapacity) {
+    if (inCapacity != 0) CheckSpace(inBytes, inCapacity);
 }
 
 }  // namespace
@@ -43,11 +49,20 @@ void ImageRecording::Reserve(UInt64 inBytes) {
     mFile.Reserve(inBytes);
 }
 
+// Some file systems open a file for direct transfers and then refuse them, or want more than whole
+// pages. It goes the usual way from there on.
+bool ImageRecording::FallsBack(int& ioFd, int inErrno) {
+    if (inErrno != EINVAL || !mDirect || ioFd != mDirect.Get()) return false;
+    mDirect.Reset();
+    ioFd = mFile.Fd();
+    return true;
+}
+
 void ImageRecording::WriteTo(int inFd, const UInt8* inData, size_t inSize, UInt64 inOffset) {
     for (size_t written = 0; written < inSize;) {
         const ssize_t count =
             pwrite(inFd, inData + written, inSize - written, off_t(inOffset + written));
-        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && (errno == EINTR || FallsBack(inFd, errno))) continue;
         if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
         written += size_t(count);
     }
@@ -109,7 +124,7 @@ void ImageRecording::ReadBack(UInt64 inOffset, UInt8* outData, size_t inSize) {
 void ImageRecording::ReadFrom(int inFd, UInt64 inOffset, UInt8* outData, size_t inSize) {
     for (size_t done = 0; done < inSize;) {
         const ssize_t count = pread(inFd, outData + done, inSize - done, off_t(inOffset + done));
-        if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && (errno == EINTR || FallsBack(inFd, errno))) continue;
         if (count < 0) throw FailureFromErrno(errno, mFile.Goal());
         if (count == 0)
             throw BurnFailure(dataVerErr, mFile.Goal() + ": is shorter than what was written.");
@@ -117,18 +132,31 @@ void ImageRecording::ReadFrom(int inFd, UInt64 inOffset, UInt8* outData, size_t 
     }
 }
 
+// The blank disc has become the finished one: unless the image went under that very name, or
+// somebody put another file there meanwhile.
+void ImageRecording::UseUpBlank(const struct stat& inImage) const {
+    struct stat blank = {};
+    if (lstat(mPlaces.blank.c_str(), &blank) != 0) return;
+    const bool isImage = blank.st_dev == inImage.st_dev && blank.st_ino == inImage.st_ino;
+    if (!isImage && IsBlankDisc(mPlaces.blank)) unlink(mPlaces.blank.c_str());
+}
+
 std::string ImageRecording::Finish() {
+    struct stat image = {};
+    if (fstat(mFile.Fd(), &image) != 0) throw FailureFromErrno(errno, mFile.Goal());
     mFile.Deliver();
-    unlink(mPlaces.blank.c_str());
+    UseUpBlank(image);
     return mFile.Goal();
 }
 
 SimulatedRecording::SimulatedRecording(const std::string& inFolder, UInt64 inCapacity)
-    : mFolder(inFolder), mCapacity(inCapacity) {}
+    : mFolder(inFolder), mCapacity(inCapacity) {
+    WorkFile::CheckFolder(mFolder);
+}
 
 void SimulatedRecording::Reserve(UInt64 inBytes) {
     CheckCapacity(inBytes, mCapacity);
-    CheckCapacity(inBytes, std::max<UInt64>(FreeSpace(mFolder), 1));
+    CheckSpace(inBytes, FreeSpace(mFolder));
 }
 
 void SimulatedRecording::Write(ImageStream& inStream, const JobContext& inContext) {

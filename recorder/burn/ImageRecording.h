@@ -1,6 +1,8 @@
 // Discs that are files, and discs that are only pretended.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <memory>
 
 #include "burn/Drive.h"
@@ -25,6 +27,8 @@ class ImageRecording : public Recording {
     std::string Finish() override;
 
   private:
+    bool FallsBack(int& ioFd, int inErrno);
+    void UseUpBlank(const struct stat& inImage) const;
     void WriteTo(int inFd, const UInt8* inData, size_t inSize, UInt64 inOffset);
     void WritePiece(const UInt8* inData, size_t inSize, UInt64 inOffset);
     void PushToDisk(UInt64 inOffset);
@@ -39,6 +43,7 @@ class ImageRecording : public Recording {
 // Everything but the writing: it reads every source and leaves nothing behind.
 class SimulatedRecording : public Recording {
   public:
+    // Throws what keeps a real one from being begun in this folder.
     SimulatedRecording(const std::string& inFolder, UInt64 inCapacity);
 
     void Reserve(UInt64 inBytes) override;

@@ -70,6 +70,61 @@ TEST_F(ImageDrives, AFileWithASecondNameIsNotBlank) {
     EXPECT_FALSE(IsBlankDisc(mDrive / "tray/disc.iso"));
 }
 
+TEST_F(ImageDrives, AutomaticOnesNeverTakeSomebodysFileForTheBlank) {
+    ImageDrive drive(mDrive);
+    std::ofstream(mDrive / "tray/2024.iso") << "content";
+    std::ofstream(mDrive / "tray/2025.iso") << "content";
+    EXPECT_TRUE(drive.HasBlankDisc());
+    EXPECT_TRUE(drive.HasBlankDisc());
+    EXPECT_THAT(NamesIn(mDrive / "tray"), ElementsAre("Blank disc.iso"));
+    drive.Begin({"Name", mImage, false, false, true})->Finish();
+    EXPECT_THAT(NamesIn(mDrive / "tray"), IsEmpty());
+    EXPECT_THAT(NamesIn(mDrive / "finished"), ElementsAre("2024.iso", "2025.iso"));
+}
+
+TEST_F(ImageDrives, TheBlankItselfMayBecomeTheImage) {
+    Settings("blanks manual\n");
+    ImageDrive drive(mDrive);
+    Blank("disc.iso", 0);
+    drive.Begin({"Name", mDrive / "tray/disc.iso", true, false, true})->Finish();
+    EXPECT_THAT(NamesIn(mDrive / "tray"), ElementsAre("disc.iso"));
+}
+
+TEST_F(ImageDrives, WhatWasPutInTheBlanksPlaceMeanwhileStays) {
+    Settings("blanks manual\n");
+    ImageDrive drive(mDrive);
+    Blank("blank.iso", 0);
+    const auto recording = drive.Begin({"Name", mImage, false, false, true});
+    std::ofstream(mDrive / "tray/blank.iso") << "content";
+    recording->Finish();
+    EXPECT_THAT(NamesIn(mDrive / "tray"), ElementsAre("blank.iso"));
+}
+
+TEST_F(ImageDrives, SimulationNoticesWhatKeepsADiscFromBeingMade) {
+    ImageDrive drive(mDrive);
+    const auto codeFor = [&](const fs::path& goal) {
+        try {
+            drive.Begin({"Name", goal, false, true, true})->Reserve(1);
+            return SInt32(noErr);
+        } catch (const BurnFailure& failure) {
+            return failure.Code();
+        }
+    };
+    EXPECT_EQ(codeFor(mImage), noErr);
+    EXPECT_EQ(codeFor(mRoot / "no folder/disc.iso"), fnfErr);
+    std::ofstream(mImage) << "precious";
+    EXPECT_EQ(codeFor(mImage), dupFNErr);
+}
+
+TEST_F(ImageDrives, SimulationKnowsTheSizeOfTheBlankInTheTray) {
+    Settings("blanks manual\n");
+    ImageDrive drive(mDrive);
+    Blank("a cd.iso", 359'844ll * 2048);
+    const auto recording = drive.Begin({"Name", mImage, false, true, true});
+    EXPECT_NO_THROW(recording->Reserve(1));
+    EXPECT_THROW(recording->Reserve(359'844ull * 2048 + 1), BurnFailure);
+}
+
 TEST_F(ImageDrives, WrittenDiscsAreEjectedUnderAFreeName) {
     ImageDrive drive(mDrive);
     for (int i = 0; i < 2; ++i) {
