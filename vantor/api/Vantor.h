@@ -14,7 +14,8 @@
 // Results. A call that returns SInt32 returns 0 for success, else a code: a system code (negative,
 // see MacErrors.h), the error number the recording application answered with, or
 //     -11000  an exception of another kind was caught inside
-//     -11001  no recording application was found
+//     -11001  the search of volumes before Mac OS X found no recording application; no call answers
+//             it on this system, where Launch Services is asked instead (-10814)
 //     -11002  one was found or is running, but it is no version this library can drive (type
 //     'APPL',
 //             creator 'Fv8k', version 7.0 or later, "Calverin" in its name)

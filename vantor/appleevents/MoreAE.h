@@ -15,8 +15,8 @@ VANTOR_BEGIN_C
 // A 'psn ' address. A null number gives the address of {2, 0}, which names no process.
 VANTOR_EXPORT OSErr MoreAECreateProcessTarget(ProcessSerialNumber* pPSN, AEAddressDesc* pTarget);
 
-// Events to one process, to the own, to the first with a creator and file type (-600 when there is
-// none), to the first with a creator (looked up when the event is sent).
+// Events to one process (null: the own), to the own, to the first with a creator and file type
+// (-600 when there is none), to the first with a creator (looked up when the event is sent).
 VANTOR_EXPORT OSErr MoreAECreateAppleEventProcessTarget(const ProcessSerialNumber* pPSN,
                                                         AEEventClass pClass, AEEventID pID,
                                                         AppleEvent* pAppleEvent);

@@ -21,11 +21,11 @@ OSErr ReadCoerced(const AEDesc* inDesc, DescType inType, void* outData, Size inM
 }
 
 template <typename T>
-OSErr ReadNumber(const AEDesc* inDesc, DescType inType, T* ioValue) {
-    T value = BigEndianFromNative(*ioValue);
-    Size size;
+OSErr ReadNumber(const AEDesc* inDesc, DescType inType, T* outValue) {
+    T value = 0;
+    Size size = 0;  // stays so when nothing is read
     const OSErr err = ReadCoerced(inDesc, inType, &value, sizeof value, &size);
-    *ioValue = NativeFromBigEndian(value);
+    if (size > 0) *outValue = NativeFromBigEndian(value);
     return err;
 }
 

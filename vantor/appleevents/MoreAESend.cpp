@@ -31,12 +31,12 @@ OSErr MoreAESendEventReturnData(AEIdleUPP pIdleUPP, const AppleEvent* pAppleEven
 
 OSErr MoreAESendEventReturnSInt16(AEIdleUPP pIdleUPP, const AppleEvent* pAppleEvent,
                                   SInt16* pValue) {
-    SInt16 value = BigEndianFromNative(*pValue);
+    SInt16 value = 0;
     DescType type;
-    Size size;
+    Size size = 0;  // stays so when nothing is read
     const OSErr err = MoreAESendEventReturnData(pIdleUPP, pAppleEvent, typeSInt16, &type, &value,
                                                 sizeof value, &size);
-    *pValue = NativeFromBigEndian(value);
+    if (err == noErr && size > 0) *pValue = NativeFromBigEndian(value);
     return err;
 }
 

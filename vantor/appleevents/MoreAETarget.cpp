@@ -13,8 +13,8 @@ OSErr MoreAECreateProcessTarget(ProcessSerialNumber* pPSN, AEAddressDesc* pTarge
 
 OSErr MoreAECreateAppleEventProcessTarget(const ProcessSerialNumber* pPSN, AEEventClass pClass,
                                           AEEventID pID, AppleEvent* pAppleEvent) {
-    if (pPSN == nullptr) return paramErr;
-    const auto psn = BigEndianFromNative(*pPSN);
+    const ProcessSerialNumber self = {0, kCurrentProcess};
+    const auto psn = BigEndianFromNative(pPSN != nullptr ? *pPSN : self);
     AEAddressDesc target;
     OSErr err = AECreateDesc(typeProcessSerialNumber, &psn, sizeof psn, &target);
     if (err != noErr) return err;

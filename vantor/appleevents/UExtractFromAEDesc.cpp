@@ -36,7 +36,7 @@ void UExtractFromAEDesc::TheData(const AEDesc& inDesc, DescType inType, void* ou
 }
 
 void UExtractFromAEDesc::TheSInt32(const AEDesc& inDesc, SInt32& outValue) {
-    SInt32 value = BigEndianFromNative(outValue);
+    SInt32 value = 0;
     TheData(inDesc, typeSInt32, &value, sizeof value);
     outValue = NativeFromBigEndian(value);
 }

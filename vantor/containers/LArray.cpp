@@ -137,9 +137,10 @@ Boolean LArray::FetchItemAt(SInt32 inAtIndex, void* outItem, UInt32& ioItemSize)
 SInt32 LArray::AddItem(const void* inItem, UInt32 inItemSize) {
     if (mKeepSorted) return InsertItemsAt(1, 0, inItem, inItemSize);
     if (IsLocked()) return 0;
-    AdjustStorage(1, static_cast<SInt32>(inItemSize));
+    const UInt32 size = inItemSize == 0 ? mItemSize : inItemSize;
+    AdjustStorage(1, static_cast<SInt32>(size));
     const SInt32 index = GetCount();
-    if (inItem != nullptr) PokeItem(index, inItem, inItemSize == 0 ? mItemSize : inItemSize);
+    if (inItem != nullptr) PokeItem(index, inItem, size);
     ItemsInserted(1, index);
     mIsSorted = false;
     return index;
@@ -157,10 +158,12 @@ SInt32 LArray::InsertItemsAt(UInt32 inCount, SInt32 inAtIndex, const void* inIte
     const SInt32 oldCount = GetCount();
     index = std::clamp(index, SInt32{1}, oldCount + 1);
     const auto count = static_cast<SInt32>(inCount);
-    AdjustStorage(count, static_cast<SInt32>(inItemSize));
-    if (index <= oldCount) ShiftItems(index, oldCount, count, static_cast<SInt32>(inItemSize));
+    const UInt32 size = inItemSize == 0 ? mItemSize : inItemSize;
+    const auto bytes = static_cast<SInt32>(inCount * size);
+    AdjustStorage(count, bytes);
+    if (index <= oldCount) ShiftItems(index, oldCount, count, bytes);
     mIsSorted = mKeepSorted;
-    StoreNewItems(inCount, index, inItem, inItemSize == 0 ? mItemSize : inItemSize);
+    StoreNewItems(inCount, index, inItem, size);
     ItemsInserted(inCount, index);
     return index;
 }

@@ -3,6 +3,15 @@
 
 #include "vantor/containers/LArray.h"
 
+namespace {
+
+// Negative positions, kIterFromEnd among them, lie beyond the end.
+bool IsBeyond(SInt32 inPosition, SInt32 inCount) {
+    return static_cast<UInt32>(inPosition) > static_cast<UInt32>(inCount);
+}
+
+}  // namespace
+
 LArrayIterator::LArrayIterator(LArray& inArray, SInt32 inPosition)
     : mNextIterator(nullptr), mArray(inArray), mCurrentIndex(0), mNextIndex(0) {
     mArray.AttachIterator(this);
@@ -15,10 +24,10 @@ LArrayIterator::~LArrayIterator() {
 
 void LArrayIterator::ResetTo(SInt32 inPosition) {
     if (IsArrayDead()) return;
-    if (inPosition == kIterFromEnd || inPosition > mArray.GetCount())
+    if (IsBeyond(inPosition, mArray.GetCount()))
         mCurrentIndex = kIterPosAfterEnd;
     else
-        mCurrentIndex = inPosition <= 0 ? SInt32{kIterPosBeforeStart} : inPosition;
+        mCurrentIndex = inPosition;  // 0: before the first item
     CalcNext();
 }
 
@@ -69,7 +78,7 @@ void* LArrayIterator::PtrToPrevious() {
 void LArrayIterator::CalcNext() {
     if (IsArrayDead()) return;
     mNextIndex = mCurrentIndex == kIterPosAfterEnd ? mCurrentIndex : mCurrentIndex + 1;
-    if (mNextIndex > mArray.GetCount()) mNextIndex = kIterPosAfterEnd;
+    if (IsBeyond(mNextIndex, mArray.GetCount())) mNextIndex = kIterPosAfterEnd;
 }
 
 void LArrayIterator::StepForward() {

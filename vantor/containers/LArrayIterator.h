@@ -20,13 +20,14 @@ class VANTOR_EXPORT LArrayIterator {
         kIterPosArrayDied = -6
     };
 
-    // Starts on the item `inPosition`, or before the first.
+    // Starts on the item `inPosition`, or before the first for 0. A negative position and one past
+    // the last item stand for the end.
     explicit LArrayIterator(LArray& inArray, SInt32 inPosition = kIterPosBeforeStart);
     virtual ~LArrayIterator();
     LArrayIterator(const LArrayIterator&) = delete;
     LArrayIterator& operator=(const LArrayIterator&) = delete;
 
-    void ResetTo(SInt32 inPosition);
+    void ResetTo(SInt32 inPosition);  // as the constructor
 
     // Copy an item out, after a step or without one; false where there is none. The second forms
     // copy at most `ioItemSize` bytes and say how many.

@@ -54,6 +54,8 @@ void LArray::StoreNewItems(UInt32 inCount, SInt32 inAtIndex, const void* inItem,
 void LArray::AdjustAllocation(UInt32 inExtraItems, UInt32) {
     const SInt64 items = SInt64{mItemCount} + inExtraItems;
     InternalAdjustAllocation(static_cast<UInt32>(items), CheckedBytes(items * mItemSize));
+    // What a handle taken over held beyond its last whole item may be gone now.
+    mDataStored = std::min(mDataStored, mDataAllocated);
 }
 
 void LArray::InternalAdjustAllocation(UInt32, UInt32 inBytes) {

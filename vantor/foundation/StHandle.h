@@ -22,7 +22,7 @@ class VANTOR_EXPORT StHandleLocker {
 
   private:
     Handle mHandle;
-    bool mLocked;  // by this locker
+    UInt32 mLocked;  // by this locker
 };
 
 // Puts every state bit of a handle (locked, purgeable, resource) back at the end of a scope.
@@ -67,7 +67,7 @@ class VANTOR_EXPORT StHandleBlock {
 
   protected:
     Handle mHandle;
-    mutable bool mOwns;
+    mutable UInt32 mOwns;
 };
 
 // A block of zeros.

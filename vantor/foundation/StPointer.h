@@ -31,7 +31,7 @@ class VANTOR_EXPORT StPointerBlock {
 
   protected:
     Ptr mPtr;
-    bool mOwns;
+    UInt32 mOwns;
 };
 
 // A block of zeros.

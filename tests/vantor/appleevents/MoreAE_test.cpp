@@ -59,9 +59,10 @@ TEST(MoreAETarget, ASignatureThatDoesNotRunIsNoProcess) {
     EXPECT_EQ(+event.dataHandle, nullptr);
 }
 
-TEST(MoreAETarget, ANullNumberNamesNoProcessToSendTo) {
-    AppleEvent event = {typeNull, nullptr};
-    EXPECT_EQ(MoreAECreateAppleEventProcessTarget(nullptr, 'clas', 'id  ', &event), paramErr);
+TEST(MoreAETarget, AnEventForANullNumberIsForTheProgramItself) {
+    StAEDescriptor event;
+    EXPECT_EQ(MoreAECreateAppleEventProcessTarget(nullptr, 'clas', 'id  ', event), noErr);
+    EXPECT_EQ(AddressOf(event), "psn  0000000000000002");
 }
 
 TEST(MoreAETarget, ANullEventIsShown) {

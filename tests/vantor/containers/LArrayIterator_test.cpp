@@ -43,9 +43,25 @@ TEST_F(LArrayIteratorTest, StartsWhereTold) {
     EXPECT_TRUE(LArrayIterator(mArray, 3).Current(&mItem));
     EXPECT_EQ(mItem, 3);
     EXPECT_FALSE(LArrayIterator(mArray, 0).Current(&mItem));
-    EXPECT_FALSE(LArrayIterator(mArray, 6).Current(&mItem));
-    LArrayIterator fromEnd(mArray, LArrayIterator::kIterFromEnd);
-    EXPECT_TRUE(fromEnd.Previous(&mItem));
+    EXPECT_EQ(LArrayIterator(mArray, 0).GetCurrentIndex(), LArrayIterator::kIterPosBeforeStart);
+}
+
+TEST_F(LArrayIteratorTest, NegativePositionsAndThosePastTheLastItemAreTheEnd) {
+    for (const SInt32 position : {SInt32{LArrayIterator::kIterFromEnd},
+                                  SInt32{LArrayIterator::kIterPosAfterEnd}, -4, -5, 6}) {
+        LArrayIterator iterator(mArray, position);
+        EXPECT_EQ(iterator.GetCurrentIndex(), LArrayIterator::kIterPosAfterEnd) << position;
+        EXPECT_FALSE(iterator.Next(&mItem)) << position;
+        EXPECT_TRUE(iterator.Previous(&mItem)) << position;
+        EXPECT_EQ(mItem, 5) << position;
+    }
+}
+
+TEST_F(LArrayIteratorTest, KeepsTheFollowerOfARemovedItemWhenOthersGo) {
+    LArrayIterator iterator(mArray, 3);
+    mArray.RemoveItemsAt(1, 3);  // the next one, 4, is the third now
+    mArray.RemoveItemsAt(1, 1);  // and then the second, which the iterator does not hear of
+    EXPECT_TRUE(iterator.Next(&mItem));
     EXPECT_EQ(mItem, 5);
 }
 
@@ -122,7 +138,7 @@ TEST_F(LArrayIteratorTest, PointersShowItemsInPlace) {
 }
 
 // The bookkeeping against a model that knows nothing but a vector of values: an iterator stays on
-// its item, and after a removal of its item goes on with the item that followed.
+// its item, and after a removal of its item goes on with the one that followed or the one before.
 TEST(LArrayIterator, FollowsItsItemThroughAHundredThousandChanges) {
     std::mt19937 random(7);
     LArray array;
@@ -149,7 +165,18 @@ TEST(LArrayIterator, FollowsItsItemThroughAHundredThousandChanges) {
             ASSERT_EQ(item, watched);
         } else {
             ASSERT_FALSE(iterator.Current(&item));
-            iterator.ResetTo(model.empty() ? 0 : 1 + static_cast<SInt32>(random() % model.size()));
+            const bool onward = random() % 2 == 0;
+            const bool there = onward ? iterator.Next(&item) : iterator.Previous(&item);
+            const auto place = static_cast<std::size_t>(at - (onward ? 1 : 2));
+            if (watched != 0) {
+                ASSERT_EQ(there, place < model.size());
+            }
+            if (watched != 0 && there) {
+                ASSERT_EQ(item, model[place]);
+            }
+            if (!there)
+                iterator.ResetTo(model.empty() ? 0
+                                               : 1 + static_cast<SInt32>(random() % model.size()));
             watched = iterator.Current(&item) ? item : 0;
         }
     }

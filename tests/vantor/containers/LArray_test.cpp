@@ -256,6 +256,20 @@ TEST(LArray, AdoptedHandleKeepsItsItems) {
     EXPECT_EQ(array.Stored(), 14u);
 }
 
+TEST(LArray, ATrimmedAdoptedHandleHoldsItsWholeItemsOnly) {
+    const Handle items = NewHandle(14);
+    const SInt32 values[] = {3, 4, 5};
+    BlockMoveData(values, *items, sizeof values);
+    Inside array(4, items, nullptr, false, false);
+    EXPECT_EQ(GetHandleSize(array.GetItemsHandle()), 12);
+    EXPECT_GE(array.Allocated(), array.Stored());
+    EXPECT_EQ(Values(Inside(array)), Expected({3, 4, 5}));
+    array.RemoveItemsAt(1, 3);
+    EXPECT_EQ(Values(array), Expected({3, 4}));
+    EXPECT_EQ(GetHandleSize(array.Items()), 8);
+    EXPECT_GE(array.Allocated(), array.Stored());
+}
+
 TEST(LArray, CopiesShareNothing) {
     Inside array;
     Fill(array, {1, 2});
@@ -413,12 +427,12 @@ TEST(TArray, FetchesAndFindsTypedItems) {
     EXPECT_EQ(array.GetItemSize(), 8u);
 }
 
-// A class of another library: it overrides hooks by name, and its slots must be the ones the
-// library calls.
+// A class of another library that overrides hooks.
 class Counting : public LArray {
   public:
     using LArray::LArray;
     int adjusted = 0, poked = 0;
+    std::vector<SInt32> bytes;  // that storage and shifts were told of
 
   protected:
     void InternalAdjustAllocation(UInt32 inCount, UInt32 inBytes) override {
@@ -429,6 +443,14 @@ class Counting : public LArray {
         ++poked;
         LArray::PokeItem(inIndex, inItem, inSize);
     }
+    void AdjustStorage(SInt32 inItems, SInt32 inBytes) override {
+        bytes.push_back(inBytes);
+        LArray::AdjustStorage(inItems, inBytes);
+    }
+    void ShiftItems(SInt32 inFrom, SInt32 inTo, SInt32 inItems, SInt32 inBytes) override {
+        bytes.push_back(inBytes);
+        LArray::ShiftItems(inFrom, inTo, inItems, inBytes);
+    }
 };
 
 TEST(LArray, CallsTheHooksOfADerivedClass) {
@@ -438,6 +460,16 @@ TEST(LArray, CallsTheHooksOfADerivedClass) {
     array.InsertItemsAt(2, 1, &value);
     EXPECT_EQ(array.poked, 3);
     EXPECT_GE(array.adjusted, 2);
+}
+
+TEST(LArray, TellsTheHooksHowManyBytesComeAndGo) {
+    Counting array;
+    const SInt32 value = 1;
+    array.AddItem(&value);
+    array.InsertItemsAt(3, 1, &value);
+    array.AddItem(&value, 2);
+    array.RemoveItemsAt(2, 1);
+    EXPECT_EQ(array.bytes, Expected({4, 12, 12, 2, -8, -8}));
 }
 
 class Stingy : public LArray {
