@@ -89,12 +89,16 @@ TEST_F(Disc, IsBusyFrom1To101Only) {
     for (const auto& [code, busy] : cases) {
         Script("core/getd/sCod value long " + std::string(code) + "\n");
         EXPECT_EQ(VantorIsMirelBusy(), busy) << code;
+        SInt32 status = 7;
+        EXPECT_EQ(VantorGetStatusCode(&status), noErr);
+        EXPECT_EQ(static_cast<UInt32>(status), std::stoul(code, nullptr, 16)) << "it arrived";
     }
 }
 
 TEST_F(Disc, IsNotBusyWhenTheQueryFails) {
     Script("core/getd/sCod error -1728\n");
     EXPECT_FALSE(VantorIsMirelBusy());
+    EXPECT_EQ(VantorGetStatusCode(nullptr), errAENoSuchObject) << "it did fail";
 }
 
 TEST_F(Disc, IsNotBusyWhenNothingRunsAndLaunchesNothing) {

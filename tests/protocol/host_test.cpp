@@ -4,6 +4,7 @@
 #include "support/Expected.h"
 #include "support/RealCall.h"
 #include "support/RecorderTest.h"
+#include "support/Thrown.h"
 #include "vantor/api/host.h"
 #include "vantor/controller/CVantor.h"
 
@@ -18,6 +19,7 @@ bool sNoURL = false;  // Launch Services finds an application and says nothing o
 AEKeyword sKeyThatFails = 0;
 int sAskedLaunchServices = 0;
 LaunchParamBlockRec sBlock = {};
+std::vector<Boolean> sPrepared;  // the 'srVR' parameter of each event made a launch parameter
 
 }  // namespace
 
@@ -40,6 +42,17 @@ OSErr AEPutParamPtr(AppleEvent* ioEvent, AEKeyword inKey, DescType inType, const
                     Size inSize) {
     if (inKey == sKeyThatFails) return memFullErr;
     return REAL_CALL(AEPutParamPtr)(ioEvent, inKey, inType, inData, inSize);
+}
+
+OSErr AECoerceDesc(const AEDesc* inDesc, DescType inType, AEDesc* outDesc) {
+    Boolean server = 7;
+    if (inType == typeAppParameters) {
+        EXPECT_EQ(
+            AEGetParamPtr(inDesc, 'srVR', typeBoolean, nullptr, &server, sizeof server, nullptr),
+            noErr);
+        sPrepared.push_back(server);
+    }
+    return REAL_CALL(AECoerceDesc)(inDesc, inType, outDesc);
 }
 
 Ptr NewPtr(Size inSize) {
@@ -105,6 +118,17 @@ TEST_F(Host, IsToldThatThereIsNoMemoryForTheLaunchParameters) {
     EXPECT_EQ(VantorInitiateSession(), memFullErr);
     EXPECT_FALSE(IsListed()) << "nothing was launched";
     sNoPointers = false;
+}
+
+TEST_F(Host, PreparesLaunchParametersThatSayServerOnlyWhenAsked) {
+    sPrepared.clear();
+    sNoPointers = true;
+    EXPECT_EQ(CodeThrownBy([] { CVantor::LaunchMirel(false); }), std::nullopt);
+    sNoPointers = false;
+    EXPECT_TRUE(sPrepared.empty());
+    KillRecorder();
+    EXPECT_EQ(CodeThrownBy([] { CVantor::LaunchMirel(true); }), std::nullopt);
+    EXPECT_EQ(sPrepared, std::vector<Boolean>{1});
 }
 
 TEST_F(Host, IsToldWhyTheBundleHasNoSpec) {

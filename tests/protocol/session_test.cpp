@@ -23,6 +23,35 @@ const std::string kQuit = Sent("aevt/quit", "savo=enum 'no  '");
 
 class Session : public RecorderTest {};
 
+TEST_F(Session, IsNotNeededByAnyCallWhichLaunchesAndLeavesServerModeAlone) {
+    const std::function<SInt32()> calls[] = {
+        [] { return VantorGetServerMode(nullptr); },
+        [] { return VantorGetSimulationMode(nullptr); },
+        [] { return VantorSetSimulationMode(true); },
+        [] { return VantorGetStatusCode(nullptr); },
+        [] { return VantorGetStatusText(nullptr); },
+        [] { return VantorMakeNewDisc('Data'); },
+        [] { return VantorAddFiles(nullptr, 0); },
+        [] { return VantorWriteDisc(); },
+        [] { return VantorWriteDiscWithOptions(0, -1, -1, false, false); },
+        [] { return VantorBringMirelToFront(); },
+        [] { return VantorGetDiscSize(nullptr); },
+        [] { return VantorGetMediaInfo(nullptr); },
+        [] { return VantorRequestBlankDisc(nullptr); },
+        [] { return VantorEjectDisc(); },
+    };
+    for (const auto& call : calls) {
+        const auto place = &call - calls;
+        KillRecorder();
+        mBundle->Forget();
+        EXPECT_EQ(call(), noErr) << place;
+        EXPECT_TRUE(VantorIsMirelRunning()) << place;
+        EXPECT_EQ(VantorGetStatusCode(nullptr), noErr) << "all before it has arrived";
+        EXPECT_THAT(Events(), Not(Contains(kServerModeOn))) << place;
+        EXPECT_FALSE(VantorIsSessionInitiated()) << place;
+    }
+}
+
 TEST_F(Session, KeepsTheServerModeOfARecorderItLaunched) {
     EXPECT_EQ(VantorInitiateSession(), noErr);
     EXPECT_TRUE(VantorIsSessionInitiated());

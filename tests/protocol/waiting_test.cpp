@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "support/RecorderTest.h"
+#include "vantor/appleevents/MoreAE.h"
 #include "vantor/controller/CVantor.h"
 
 namespace {
@@ -69,14 +70,16 @@ TEST_F(Waiting, EndsWithin100MillisecondsWhenTheRecorderIsKilled) {
     ASSERT_TRUE(VantorGetMirelProcessSerialNumber(&psn));
     ASSERT_EQ(GetProcessPID(&psn, &pid), noErr);
     std::chrono::steady_clock::time_point killed;
+    bool seen = false;
     std::thread killer([&] {
-        Eventually([&] { return !Events().empty(); });
+        seen = Eventually([&] { return !Events().empty(); });
         killed = std::chrono::steady_clock::now();
         kill(pid, SIGKILL);
     });
     EXPECT_EQ(VantorGetStatusCode(nullptr), connectionInvalid);
     const auto ended = std::chrono::steady_clock::now();
     killer.join();
+    EXPECT_TRUE(seen) << "the question arrived";
     EXPECT_LT(ended - killed, std::chrono::milliseconds(100));
 }
 
@@ -95,8 +98,9 @@ TEST_F(Waiting, TheNextQuestionAfterADeathLaunchesAnotherRecorder) {
 }
 
 TEST(IdleFunction, IsTheLibrarysOwnUntilOneIsSetAndAgainAfterNull) {
+    CVantor::sAEIdleProc = nullptr;  // as at the start
     const AEIdleUPP own = CVantor::GetAEIdleProc();
-    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(own, MoreAESimpleIdleFunction);
     EXPECT_EQ(CVantor::GetAEIdleProc(), own) << "kept";
     VantorSetAEIdleProc(CountAndGoOn);
     EXPECT_EQ(CVantor::GetAEIdleProc(), CountAndGoOn);

@@ -7,16 +7,26 @@
 #include "support/RealCall.h"
 #include "support/RecorderTest.h"
 #include "support/Thrown.h"
+#include "vantor/appleevents/MoreAE.h"
+#include "vantor/appleevents/StAEDescriptor.h"
 #include "vantor/controller/CVantor.h"
 
 namespace {
 
 bool sDropReplies = false;  // sends succeed and no reply comes back
 
+// How the last event was sent.
+AESendMode sMode = 0;
+AESendPriority sPriority = 77;
+SInt32 sTimeOut = 0;
+
 }  // namespace
 
 OSErr AESend(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
              AESendPriority inPriority, SInt32 inTimeOut, AEIdleUPP inIdle, AEFilterUPP inFilter) {
+    sMode = inMode;
+    sPriority = inPriority;
+    sTimeOut = inTimeOut;
     if (!sDropReplies) {
         return REAL_CALL(AESend)(inEvent, outReply, inMode, inPriority, inTimeOut, inIdle,
                                  inFilter);
@@ -194,8 +204,43 @@ TEST_F(Wire, TextLongerThanAPascalStringIsRefused) {
     EXPECT_EQ(TextOf(text), "old");
 }
 
+class WireSending : public Wire {
+  protected:
+    // Each choice is set by the call and by nothing else.
+    template <typename Call>
+    static void ExpectPatienceOf(Call inCall) {
+        sMode = 0;
+        sPriority = 77;
+        sTimeOut = 0;
+        EXPECT_EQ(inCall(), noErr);
+        EXPECT_EQ(sMode, kAEWaitReply);
+        EXPECT_EQ(sPriority, kAENormalPriority);
+        EXPECT_EQ(sTimeOut, kNoTimeOut);
+    }
+};
+
+TEST_F(WireSending, WaitsWithoutALimitAtNormalPriority) {
+    ExpectPatienceOf([] { return VantorEjectDisc(); });
+    ExpectPatienceOf([] { return VantorGetStatusCode(nullptr); });
+    ExpectPatienceOf([] { return VantorSetServerMode(true); });
+}
+
 TEST_F(Wire, ANullReplyIsNoFailureAndWritesNothing) {
     sDropReplies = true;
+    StAEDescriptor event;
+    ASSERT_EQ(MoreAECreateAppleEventSelfTarget('test', 'ask ', event), noErr);
+    DescType type = 'old ';
+    Size size = 77;
+    SInt32 value = 5;
+    SInt16 number = 9;
+    EXPECT_EQ(MoreAESendEventReturnData(CVantor::GetAEIdleProc(), event, typeSInt32, &type, &value,
+                                        sizeof value, &size),
+              noErr);
+    EXPECT_EQ(MoreAESendEventReturnSInt16(CVantor::GetAEIdleProc(), event, &number), noErr);
+    EXPECT_EQ(type, DescType{'old '});
+    EXPECT_EQ(size, 77);
+    EXPECT_EQ(value, 5);
+    EXPECT_EQ(number, 9);
     EXPECT_EQ(VantorGetStatusCode(nullptr), noErr);
     Str255 text = "\003old";
     EXPECT_EQ(VantorGetStatusText(text), noErr);

@@ -3,8 +3,20 @@
 
 #include "support/DebuggerTexts.h"
 #include "support/PascalString.h"
+#include "support/RealCall.h"
 #include "vantor/appleevents/MoreAE.h"
 #include "vantor/appleevents/StAEDescriptor.h"
+
+namespace {
+
+OSErr sDisposeError = noErr;  // what disposing a descriptor reports after it is done
+
+}  // namespace
+
+OSErr AEDisposeDesc(AEDesc* ioDesc) {
+    const OSErr error = REAL_CALL(AEDisposeDesc)(ioDesc);
+    return sDisposeError != noErr ? sDisposeError : error;
+}
 
 namespace {
 
@@ -24,6 +36,27 @@ TEST(MoreAEDesc, NullPointersAreShown) {
     MoreAENullDesc(nullptr);
     MoreAEDisposeDesc(nullptr);
     EXPECT_EQ(shown.Texts(), DebuggerTexts::List(2, "MoreAssertQ failure: desc != nil"));
+}
+
+TEST(MoreAEDesc, AFailureOfDisposingIsShownAndNothingElse) {
+    const DebuggerTexts shown;
+    AEDesc desc;
+    ASSERT_EQ(AECreateDesc(typeChar, "a", 1, &desc), noErr);
+    sDisposeError = memFullErr;
+    MoreAEDisposeDesc(&desc);
+    sDisposeError = noErr;
+    EXPECT_EQ(shown.Texts(), DebuggerTexts::List{"MoreAssertQ failure: junk == noErr"});
+    EXPECT_EQ(desc.descriptorType, typeNull);
+}
+
+TEST(MoreAEDesc, LeavesTheVariableAloneWhenNothingIsRead) {
+    const StAEDescriptor words(PString("words"));
+    Boolean truth = 7;
+    SInt32 value = 77;
+    EXPECT_EQ(MoreAEGetBooleanFromDescriptor(words, &truth), errAECoercionFail);
+    EXPECT_EQ(truth, 7);
+    EXPECT_EQ(MoreAEGetLongFromDescriptor(words, &value), errAECoercionFail);
+    EXPECT_EQ(value, 77);
 }
 
 TEST(MoreAEDesc, RawDataIsCutToTheRoomAndFullySized) {
@@ -128,8 +161,11 @@ TEST(MoreAEDesc, BadPlacesForAHandleAreShown) {
     EXPECT_EQ(MoreAECopyDescriptorDataToHandle(text, nullptr), paramErr);
     const Handle old = NewHandle(1);
     Handle handle = old;
+    EXPECT_EQ(MoreAECopyDescriptorDataToHandle(nullptr, &handle), paramErr);
+    EXPECT_EQ(handle, old);
     EXPECT_EQ(MoreAECopyDescriptorDataToHandle(text, &handle), noErr);
     EXPECT_EQ(shown.Texts(), (DebuggerTexts::List{"MoreAssertQ failure: descData != nil",
+                                                  "MoreAssertQ failure: desc != nil",
                                                   "MoreAssertQ failure: *descData == nil"}));
     DisposeHandle(handle);
     DisposeHandle(old);

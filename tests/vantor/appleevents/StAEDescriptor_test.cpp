@@ -5,7 +5,24 @@
 
 #include "support/Descriptors.h"
 #include "support/PascalString.h"
+#include "support/RealCall.h"
 #include "support/Thrown.h"
+
+namespace {
+
+int sFetches = 0;  // calls that fetch a parameter or make another type of one
+
+}  // namespace
+
+OSErr AEGetParamDesc(const AppleEvent* inEvent, AEKeyword inKey, DescType inType, AEDesc* outDesc) {
+    ++sFetches;
+    return REAL_CALL(AEGetParamDesc)(inEvent, inKey, inType, outDesc);
+}
+
+OSErr AECoerceDesc(const AEDesc* inDesc, DescType inType, AEDesc* outDesc) {
+    ++sFetches;
+    return REAL_CALL(AECoerceDesc)(inDesc, inType, outDesc);
+}
 
 namespace {
 
@@ -87,14 +104,18 @@ class StAEDescriptorFetching : public testing::Test {
     StAEDescriptor mRecord;
 };
 
-TEST_F(StAEDescriptorFetching, FromNullStaysNull) {
+TEST_F(StAEDescriptorFetching, FromNullStaysNullAndAsksNobody) {
     const StAEDescriptor none;
+    sFetches = 0;
     const StAEDescriptor fetched(none.mDesc, 'numb', typeSInt32);
+    EXPECT_EQ(sFetches, 0);
     EXPECT_EQ(fetched.mDesc.descriptorType, typeNull);
 }
 
 TEST_F(StAEDescriptorFetching, TakesAParameterCoerced) {
+    sFetches = 0;
     const StAEDescriptor fetched(mRecord.mDesc, 'numb', typeSInt16);
+    EXPECT_EQ(sFetches, 1);
     EXPECT_EQ(fetched.mDesc.descriptorType, typeSInt16);
     EXPECT_EQ(BytesOf(fetched), (Bytes{0, 5}));
 }

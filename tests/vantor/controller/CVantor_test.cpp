@@ -6,6 +6,7 @@
 #include <array>
 
 #include "support/RealCall.h"
+#include "vantor/api/Vantor.h"
 
 namespace {
 
@@ -85,6 +86,8 @@ TEST(RunningOnX, IsToldByTheSystemVersionAndAskedOnce) {
 TEST(CVantor, StartsWithoutASessionOrAPath) {
     EXPECT_EQ(CVantor::sCurrentVantor, nullptr);
     EXPECT_FALSE(CVantor::IsSessionInitiated());
+    EXPECT_EQ(CVantor::sMirelPath, nullptr);
+    EXPECT_EQ(VantorGetMirelPath(), nullptr);
 }
 
 // Counts what the session calls through the table of virtual functions.

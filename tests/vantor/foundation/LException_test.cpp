@@ -78,6 +78,7 @@ TEST(LException, TakesANewCodeAndMessage) {
 TEST(LException, ThrowsByValueWithTheMessageGiven) {
     try {
         LException::Throw(-192, PString("no such resource"));
+        FAIL() << "comes back";
     } catch (const LException& exception) {
         EXPECT_EQ(exception.GetErrorCode(), -192);
         EXPECT_STREQ(exception.what(), "no such resource");

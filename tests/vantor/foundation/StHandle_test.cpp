@@ -176,6 +176,12 @@ TEST(StHandleBlock, ReleasesAResourceAndDisposesTheRest) {
     gFaults.isResource = handle;
     { StHandleBlock block(handle); }
     EXPECT_EQ(gFaults.releasedResource, handle);
+    gFaults.releasedResource = nullptr;
+    {
+        StHandleBlock block(nullptr, true);
+        block.Adopt(handle);
+    }
+    EXPECT_EQ(gFaults.releasedResource, handle);
     EXPECT_TRUE(IsHandleValid(handle)) << "the resource manager's to keep";
     gFaults = {};
     DisposeHandle(handle);

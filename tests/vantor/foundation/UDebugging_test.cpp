@@ -92,6 +92,8 @@ TEST_F(UDebuggingTest, SilencingThrowAlertsLeavesSignalAlerts) {
     EXPECT_EQ(mShown.size(), 1u) << "the second throw is silent";
     EXPECT_EQ(UDebugging::gDebugThrow, debugAction_Nothing);
     EXPECT_EQ(UDebugging::gDebugSignal, debugAction_Alert);
+    UDebugging::AlertSignalAt("odd", "a.cpp", "detail", 3);
+    EXPECT_EQ(mShown.size(), 2u) << "signal alerts go on";
 }
 
 TEST_F(UDebuggingTest, SilencingSignalAlertsLeavesThrowAlerts) {

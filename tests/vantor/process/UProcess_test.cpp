@@ -10,14 +10,35 @@
 #include "support/RealCall.h"
 #include "support/RecorderTest.h"
 #include "support/Thrown.h"
+#include "vantor/foundation/BigEndian.h"
 
 namespace {
 
 ProcessSerialNumber sHidden = {0, 0};  // its information cannot be read
 LaunchParamBlockRec sLaunched = {};
 FSSpec sLaunchedSpec = {};
+OSErr sListError = noErr;                   // the list of processes cannot be walked
+std::vector<ProcessSerialNumber> sAsked;    // whom events went to
+ProcessSerialNumber sUnreachable = {0, 0};  // events to it fail
 
 }  // namespace
+
+OSErr GetNextProcess(ProcessSerialNumber* ioPSN) {
+    return sListError != noErr ? sListError : REAL_CALL(GetNextProcess)(ioPSN);
+}
+
+OSErr AESend(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
+             AESendPriority inPriority, SInt32 inTimeOut, AEIdleUPP inIdle, AEFilterUPP inFilter) {
+    ProcessSerialNumber psn = {0, 0};
+    EXPECT_EQ(AEGetAttributePtr(inEvent, keyAddressAttr, typeProcessSerialNumber, nullptr, &psn,
+                                sizeof psn, nullptr),
+              noErr);
+    psn = NativeFromBigEndian(psn);
+    sAsked.push_back(psn);
+    if (sUnreachable.lowLongOfPSN != 0 && psn.lowLongOfPSN == sUnreachable.lowLongOfPSN)
+        return ioErr;
+    return REAL_CALL(AESend)(inEvent, outReply, inMode, inPriority, inTimeOut, inIdle, inFilter);
+}
 
 OSErr GetProcessInformation(const ProcessSerialNumber* inPSN, ProcessInfoRec* outInfo) {
     if (inPSN->lowLongOfPSN == sHidden.lowLongOfPSN && sHidden.lowLongOfPSN != 0) return ioErr;
@@ -182,6 +203,34 @@ TEST_F(Process, AllOthersAreAskedToQuitButTheFinderOnlyWhenWanted) {
     EXPECT_FALSE(HasEnded(finder));
     UProcess::KillAllButMe(true);
     EXPECT_TRUE(Eventually([&] { return HasEnded(finder); }));
+}
+
+TEST_F(Process, OfTheFinderIsAskedToQuitLast) {
+    const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
+    const ProcessSerialNumber finder = InstallAndLaunch("Finder", "MACS", "FNDR");
+    const ProcessSerialNumber two = InstallAndLaunch("Two", "TwoA");
+    sAsked.clear();
+    UProcess::KillAllButMe(true);
+    EXPECT_THAT(sAsked, testing::ElementsAre(one, two, finder));
+    EXPECT_TRUE(Eventually([&] { return HasEnded(finder); }));
+}
+
+TEST_F(Process, ThatCannotBeAskedToQuitEndsTheSweep) {
+    const ProcessSerialNumber one = InstallAndLaunch("One", "OneA");
+    const ProcessSerialNumber two = InstallAndLaunch("Two", "TwoA");
+    sAsked.clear();
+    sUnreachable = one;
+    EXPECT_EQ(CodeThrownBy([] { UProcess::KillAllButMe(false); }), ioErr);
+    sUnreachable = {0, 0};
+    EXPECT_THAT(sAsked, testing::ElementsAre(one));
+    EXPECT_FALSE(HasEnded(two));
+}
+
+TEST_F(Process, CannotBeSaidToRunOrNotWhenTheListCannotBeRead) {
+    sListError = ioErr;
+    EXPECT_EQ(CodeThrownBy([] { UProcess::IsRunning('OneA', 'APPL'); }), ioErr);
+    EXPECT_EQ(CodeThrownBy([] { UProcess::IsRunning(PString("One"), 'APPL', true, true); }), ioErr);
+    sListError = noErr;
 }
 
 TEST_F(Process, KeepsAskingAllToQuitWhenNoFinderIsFound) {
