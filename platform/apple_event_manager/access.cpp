@@ -15,7 +15,7 @@ bool IsNullDesc(const AEDesc& inDesc) {
 Item ItemOf(const AEDesc& inDesc) {
     const Storage* storage = StorageOf(inDesc);
     if (!storage) return {inDesc.descriptorType, Kind::Leaf, {}};
-    return {inDesc.descriptorType, storage->GetKind(), storage->Content()};
+    return {inDesc.descriptorType, storage->GetKind(), storage->Content(), storage->DepthAtMost()};
 }
 
 std::optional<Item> ItemOf(DescType inType, const void* inData, Size inSize) {

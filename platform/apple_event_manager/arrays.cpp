@@ -157,7 +157,7 @@ OSErr FillFrom(Storage& ioList, const ArrayShape& inShape, const AEArrayData* in
         AEKeyword key = 0;
         const Item item = ReadElement(inShape, inArray, i, &key);
         if (!ioList.FitsFactoring(item)) return errAEWrongDataType;
-        if (!ioList.FitsNesting(item)) return paramErr;
+        if (!Storage::FitsNesting(item)) return paramErr;
         const auto place = ioList.IsKeyed() ? ioList.Find(key) : std::nullopt;
         if (place)
             ioList.Replace(*place, item);

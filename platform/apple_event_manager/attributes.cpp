@@ -36,7 +36,7 @@ DescType TypeOfAttribute(AEKeyword inKey) {
 OSErr PutAttributeAsItIs(AppleEvent* ioEvent, AEKeyword inKey, const Item& inItem) {
     Storage* event = EventOf(ioEvent);
     if (!event) return errAENotAEDesc;
-    if (!event->FitsNesting(inItem)) return paramErr;
+    if (!Storage::FitsNesting(inItem)) return paramErr;
     event->PutAttribute(inKey, inItem);
     return noErr;
 }
@@ -116,7 +116,7 @@ OSErr CreateEvent(AEEventClass inClass, AEEventID inID, const AEAddressDesc* inT
     const Item target = inTarget ? ItemOf(*inTarget) : Item{};
     auto event = Storage::Empty(Kind::Event, typeAppleEvent);
     event->Reserve(kRoomForMost);
-    if (!event->FitsNesting(target)) return paramErr;
+    if (!Storage::FitsNesting(target)) return paramErr;
     const AEReturnID returnID = inReturnID == kAutoGenerateReturnID ? NextReturnID() : inReturnID;
     PutNumber(*event, keyEventClassAttr, typeType, UInt32(inClass));
     PutNumber(*event, keyEventIDAttr, typeType, UInt32(inID));

@@ -54,7 +54,7 @@ OSErr MakeLeaf(DescType inType, Bytes inData, AEDesc* outDesc) {
 
 OSErr MakeOneItemList(const Item& inItem, AEDesc* outDesc) {
     auto list = Storage::Empty(Kind::List, typeAEList);
-    if (!list->FitsNesting(inItem)) return errAECoercionFail;
+    if (!Storage::FitsNesting(inItem)) return errAECoercionFail;
     list->Append(typeWildCard, inItem);
     *outDesc = {typeAEList, HandleOf(std::move(list))};
     return noErr;

@@ -19,14 +19,24 @@ OSStatus Flatten(Bytes inForm, Ptr outBuffer, Size inSize, Size* outActual) {
     return noErr;
 }
 
+// For a form that passed the check.
+void Adopt(std::vector<UInt8>&& inForm, int inDepth, AEDesc* outDesc) {
+    const Item item = ReadItem(inForm, kFirstItem);
+    const bool isNull = item.type == typeNull && !item.IsContainer() && item.content.empty();
+    if (isNull) return;
+    *outDesc = {item.type, HandleOf(Storage::OfForm(Buffer(std::move(inForm)), inDepth))};
+}
+
 // The caller vouches for as many bytes as the header names, so that is all that may be read first.
 OSErr Unflatten(const UInt8* inBytes, AEDesc* outDesc) {
     if (!inBytes || ReadBigEndian<UInt32>(inBytes) != kMagic) return paramErr;
     const auto size = ReadBigEndian<UInt32>(inBytes + kFirstItem + kSizeAt);
     if (size > kMaximumSize - kContent) return paramErr;
     const Bytes form(inBytes, kContent + Padded(size));
-    if (!CheckForm(form)) return paramErr;
-    return OSErr(DescFromBytes({form.begin(), form.end()}, outDesc));
+    int depth = 0;
+    if (!CheckForm(form, &depth)) return paramErr;
+    Adopt({form.begin(), form.end()}, depth, outDesc);
+    return noErr;
 }
 
 }  // namespace
@@ -39,10 +49,9 @@ std::span<const UInt8> EventBytes(const AEDesc& inDesc) {
 
 OSStatus DescFromBytes(std::vector<UInt8>&& inBytes, AEDesc* outDesc) {
     return Making(outDesc, [&] {
-        if (!CheckForm(inBytes)) return OSErr(errAECorruptData);
-        const Item item = ReadItem(inBytes, kFirstItem);
-        const bool isNull = item.type == typeNull && !item.IsContainer() && item.content.empty();
-        if (!isNull) *outDesc = {item.type, HandleOf(Storage::OfForm(std::move(inBytes)))};
+        int depth = 0;
+        if (!CheckForm(inBytes, &depth)) return OSErr(errAECorruptData);
+        Adopt(std::move(inBytes), depth, outDesc);
         return OSErr(noErr);
     });
 }

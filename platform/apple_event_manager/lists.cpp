@@ -16,7 +16,7 @@ OSErr CreateContainer(const void* inFactoring, Size inSize, bool inIsRecord, AED
 
 OSErr PutAt(Storage& ioList, SInt32 inIndex, const Item& inItem) {
     if (!ioList.FitsFactoring(inItem)) return errAEWrongDataType;
-    if (!ioList.FitsNesting(inItem)) return paramErr;
+    if (!Storage::FitsNesting(inItem)) return paramErr;
     const SInt64 count = ioList.Count();
     if (inIndex < 0 || inIndex > count + 1) return errAEIllegalIndex;
     if (inIndex == 0 || inIndex == count + 1) {

@@ -171,7 +171,7 @@ OSErr Resolver::MakeRange(const SpecifierLevel& inLevel, const ObjectPlace& inPl
         const OSErr result = ResolveBound(inLevel, *bound, inPlace, outRange.bounds[i]);
         if (result != noErr) return result;
         const Item resolved = ItemOf(*outRange.bounds[i].Get());
-        if (!record->FitsNesting(resolved)) return errAEImpossibleRange;
+        if (!Storage::FitsNesting(resolved)) return errAEImpossibleRange;
         record->Append(keys[i], resolved);
     }
     *outRange.record.Get() = {typeRangeDescriptor, HandleOf(std::move(record))};

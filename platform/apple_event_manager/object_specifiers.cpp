@@ -20,7 +20,7 @@ class RecordBuilder {
     }
     void AddDesc(AEKeyword inKey, const AEDesc& inDesc) {
         const Item item = ItemOf(inDesc);
-        if (mStorage->FitsNesting(item))
+        if (Storage::FitsNesting(item))
             mStorage->Append(inKey, item);
         else
             mResult = paramErr;

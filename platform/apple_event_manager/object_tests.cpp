@@ -116,7 +116,7 @@ OSErr Resolver::AddMatch(Matches& ioMatches, Token& ioElement) {
         return Callbacks().mark(ioElement.Get(), ioMatches.token.Get(), ioMatches.count);
     Storage& list = *StorageOf(*ioMatches.token.Get());
     const Item element = ItemOf(*ioElement.Get());
-    if (!list.FitsNesting(element)) return errAENoSuchObject;
+    if (!Storage::FitsNesting(element)) return errAENoSuchObject;
     list.Append(typeWildCard, element);
     ioElement.Forget();
     return noErr;

@@ -7,7 +7,7 @@ namespace {
 OSErr PutParameter(AERecord* ioRecord, AEKeyword inKey, const Item& inItem) {
     Storage* record = KeyedOf(ioRecord);
     if (!record) return errAENotAEDesc;
-    if (!record->FitsNesting(inItem)) return paramErr;
+    if (!Storage::FitsNesting(inItem)) return paramErr;
     if (const auto place = record->Find(inKey))
         record->Replace(*place, inItem);
     else

@@ -26,18 +26,18 @@ void CheckSize(UInt64 inSize) {
     if (inSize > kMaximumSize) throw std::bad_alloc();
 }
 
-std::vector<UInt8> FormOf(const Item& inItem) {
+Buffer FormOf(const Item& inItem) {
     CheckSize(inItem.content.size() + UInt64(kContent));
-    std::vector<UInt8> form(kFirstItem + inItem.FormSize());
-    WriteBigEndian(form.data(), kMagic);
-    WriteItem(form.data() + kFirstItem, inItem);
+    Buffer form(kFirstItem + inItem.FormSize());
+    WriteBigEndian(form.Data(), kMagic);
+    WriteItem(form.Data() + kFirstItem, inItem);
     return form;
 }
 
 }  // namespace
 
 std::unique_ptr<Storage> Storage::OfItem(const Item& inItem) {
-    return OfForm(FormOf(inItem));
+    return OfForm(FormOf(inItem), inItem.IsContainer() ? inItem.depthAtMost : 0);
 }
 
 std::unique_ptr<Storage> Storage::OfLeaf(DescType inType, Bytes inData) {
@@ -47,13 +47,14 @@ std::unique_ptr<Storage> Storage::OfLeaf(DescType inType, Bytes inData) {
 std::unique_ptr<Storage> Storage::Empty(Kind inKind, DescType inType) {
     static constexpr UInt8 kZeros[kEventHeader] = {};
     const UInt32 size = inKind == Kind::Event ? kEventHeader : kListHeader;
-    return OfItem({inType, inKind, Bytes(kZeros, size)});
+    return OfItem({inType, inKind, Bytes(kZeros, size), 1});
 }
 
-std::unique_ptr<Storage> Storage::OfForm(std::vector<UInt8>&& inForm) {
+std::unique_ptr<Storage> Storage::OfForm(Buffer&& inForm, int inDepthAtMost) {
     const Item whole = ReadItem(inForm, kFirstItem);
     std::unique_ptr<Storage> storage(new Storage(whole.kind));
     if (whole.IsContainer()) storage->mCount = ItemsOf(whole.kind, whole.content).count;
+    storage->mDepthAtMost = inDepthAtMost;
     storage->mForm = std::move(inForm);
     return storage;
 }
@@ -85,7 +86,7 @@ Bytes Storage::Form(DescType inType) {
         mForm = FormOf({inType, mKind, mLoan->data});
         EndLoan();
     }
-    WriteBigEndian(mForm.data() + kFirstItem + kTypeAt, UInt32(inType));
+    WriteBigEndian(mForm.Data() + kFirstItem + kTypeAt, UInt32(inType));
     return mForm;
 }
 
@@ -97,6 +98,7 @@ void Storage::ReplaceWithLeaf(DescType inType, Bytes inData) {
     mFetched.clear();
     mKind = Kind::Leaf;
     mCount = 0;
+    mDepthAtMost = 0;
     mForm = std::move(form);
 }
 
@@ -105,37 +107,28 @@ UInt32 Storage::ItemsBegin() const {
 }
 
 UInt32 Storage::ItemsEnd() const {
-    return kContent + ItemsOf(mKind, Content()).end;
-}
-
-// Makes room for `inNewSize` bytes where `inOldSize` were. At the end this is amortised constant.
-void Storage::Splice(UInt32 inAt, UInt32 inOldSize, UInt32 inNewSize) {
-    CheckSize(mForm.size() - inOldSize + UInt64(inNewSize));
-    const auto end = mForm.begin() + inAt + inOldSize;
-    if (inNewSize > inOldSize)
-        mForm.insert(end, inNewSize - inOldSize, UInt8(0));
-    else
-        mForm.erase(end - (inOldSize - inNewSize), end);
+    return mKind == Kind::Event ? kContent + ItemsOf(mKind, Content()).end : mForm.Size();
 }
 
 // Puts an item, with its key, in the place of `inOldSize` bytes. The header is left behind.
 void Storage::WriteEntry(UInt32 inAt, UInt32 inOldSize, AEKeyword inKey, const Item& inItem) {
-    CheckSize(UInt64(inItem.content.size()) + kContent);
-    Splice(inAt, inOldSize, KeySize() + inItem.FormSize());
-    UInt8* entry = mForm.data() + inAt;
+    CheckSize(UInt64(mForm.Size()) - inOldSize + kContent + inItem.content.size());
+    mForm.Splice(inAt, inOldSize, KeySize() + inItem.FormSize());
+    if (inItem.IsContainer()) mDepthAtMost = std::max(mDepthAtMost, inItem.depthAtMost + 1);
+    UInt8* entry = mForm.Data() + inAt;
     if (KeySize() > 0) WriteBigEndian(entry, UInt32(inKey));
     WriteItem(entry + KeySize(), inItem);
 }
 
 void Storage::UpdateHeader() {
-    UInt8* content = mForm.data() + kContent;
-    WriteBigEndian(mForm.data() + kFirstItem + kSizeAt, UInt32(mForm.size()) - kContent);
+    UInt8* content = mForm.Data() + kContent;
+    WriteBigEndian(mForm.Data() + kFirstItem + kSizeAt, UInt32(mForm.Size()) - kContent);
     WriteBigEndian(content, mCount);
 }
 
 void Storage::GrowParameters(SInt64 inGrowth) {
     if (mKind != Kind::Event) return;
-    UInt8* bytes = mForm.data() + kContent + kParameterBytesAt;
+    UInt8* bytes = mForm.Data() + kContent + kParameterBytesAt;
     WriteBigEndian(bytes, UInt32(SInt64(ReadBigEndian<UInt32>(bytes)) + inGrowth));
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "apple_event_manager/buffer.h"
 #include "apple_event_manager/wire.h"
 
 namespace carbon {
@@ -23,8 +24,8 @@ class Storage {
     static std::unique_ptr<Storage> OfItem(const Item& inItem);
     static std::unique_ptr<Storage> OfLeaf(DescType inType, Bytes inData);
     static std::unique_ptr<Storage> Empty(Kind inKind, DescType inType);
-    // The bytes must have passed CheckForm.
-    static std::unique_ptr<Storage> OfForm(std::vector<UInt8>&& inForm);
+    // The bytes must have passed CheckForm, which also knows how deep they are nested.
+    static std::unique_ptr<Storage> OfForm(Buffer&& inForm, int inDepthAtMost);
     // Bytes that stay the lender's until the callback is called, in the destructor at the latest.
     static std::unique_ptr<Storage> OfExternal(DescType inType, Bytes inData,
                                                AEDisposeExternalUPP inCallback, SInt32 inRefCon);
@@ -34,9 +35,10 @@ class Storage {
 
     Kind GetKind() const { return mKind; }
     bool IsKeyed() const { return mKind == Kind::Record || mKind == Kind::Event; }
+    int DepthAtMost() const { return mDepthAtMost; }
     Bytes Content() const;
     Bytes Form(DescType inType);
-    void Reserve(UInt32 inBytes) { mForm.reserve(inBytes); }
+    void Reserve(UInt32 inBytes) { mForm.Reserve(inBytes); }
     void ReplaceWithLeaf(DescType inType, Bytes inData);
 
     // Containers: items of lists and records, parameters of events.
@@ -49,7 +51,7 @@ class Storage {
     void Replace(const Place& inPlace, const Item& inItem);
     void Erase(const Place& inPlace);
     void Clear();
-    bool FitsNesting(const Item& inItem) const;
+    static bool FitsNesting(const Item& inItem);
 
     // Attributes of events.
     std::optional<UInt32> FindAttribute(AEKeyword inKey) const;
@@ -85,7 +87,6 @@ class Storage {
     UInt32 ItemsBegin() const;
     UInt32 ItemsEnd() const;
     UInt32 EndOf(UInt32 inAt) const { return inAt + KeySize() + ItemAt(inAt).FormSize(); }
-    void Splice(UInt32 inAt, UInt32 inOldSize, UInt32 inNewSize);
     void WriteEntry(UInt32 inAt, UInt32 inOldSize, AEKeyword inKey, const Item& inItem);
     void UpdateHeader();
     void GrowParameters(SInt64 inGrowth);
@@ -96,7 +97,8 @@ class Storage {
 
     Kind mKind;
     UInt32 mCount = 0;
-    std::vector<UInt8> mForm;  // empty while the data is on loan and nobody wanted the form
+    int mDepthAtMost = 0;
+    Buffer mForm;  // without content while the data is on loan and nobody wanted the form
     std::unique_ptr<Index> mIndex;
     std::unique_ptr<Loan> mLoan;
     std::vector<bool> mFetched;

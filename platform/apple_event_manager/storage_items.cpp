@@ -37,7 +37,7 @@ UInt32 Storage::PlaceAt(UInt32 inPosition) {
 }
 
 AEKeyword Storage::KeyAt(UInt32 inAt) const {
-    return KeySize() > 0 ? ReadBigEndian<UInt32>(mForm.data() + inAt) : UInt32(typeWildCard);
+    return KeySize() > 0 ? ReadBigEndian<UInt32>(mForm.Data() + inAt) : UInt32(typeWildCard);
 }
 
 std::optional<Place> Storage::Find(AEKeyword inKey) {
@@ -82,7 +82,7 @@ void Storage::Replace(const Place& inPlace, const Item& inItem) {
 
 void Storage::Erase(const Place& inPlace) {
     const UInt32 oldSize = EndOf(inPlace.at) - inPlace.at;
-    Splice(inPlace.at, oldSize, 0);
+    mForm.Splice(inPlace.at, oldSize, 0);
     GrowParameters(-SInt64(oldSize));
     --mCount;
     UpdateHeader();
@@ -97,7 +97,7 @@ void Storage::Erase(const Place& inPlace) {
 
 void Storage::Clear() {
     const UInt32 begin = ItemsBegin(), size = ItemsEnd() - begin;
-    Splice(begin, size, 0);
+    mForm.Splice(begin, size, 0);
     GrowParameters(-SInt64(size));
     mCount = 0;
     UpdateHeader();
@@ -105,8 +105,9 @@ void Storage::Clear() {
     ForgetIndex();
 }
 
-bool Storage::FitsNesting(const Item& inItem) const {
-    return !inItem.IsContainer() || DepthOf(inItem) < kMaximumNesting;
+bool Storage::FitsNesting(const Item& inItem) {
+    return !inItem.IsContainer() || inItem.depthAtMost < kMaximumNesting ||
+           DepthOf(inItem) < kMaximumNesting;
 }
 
 bool Storage::FitsFactoring(const Item& inItem) const {
@@ -122,7 +123,7 @@ bool Storage::FitsFactoring(const Item& inItem) const {
 
 std::optional<UInt32> Storage::FindAttribute(AEKeyword inKey) const {
     const Section section = AttributesOf(Content());
-    const UInt8* form = mForm.data();
+    const UInt8* form = mForm.Data();
     UInt32 at = kContent + section.begin;
     // Asked a dozen times for every event that is sent: the sizes alone are read on the way.
     for (UInt32 i = 0; i < section.count; ++i) {
@@ -135,9 +136,9 @@ std::optional<UInt32> Storage::FindAttribute(AEKeyword inKey) const {
 
 void Storage::PutAttribute(AEKeyword inKey, const Item& inItem) {
     const auto found = FindAttribute(inKey);
-    const UInt32 at = found ? *found : UInt32(mForm.size());
+    const UInt32 at = found ? *found : UInt32(mForm.Size());
     WriteEntry(at, found ? EndOf(at) - at : 0, inKey, inItem);
-    UInt8* count = mForm.data() + kContent + kAttributeCountAt;
+    UInt8* count = mForm.Data() + kContent + kAttributeCountAt;
     if (!found) WriteBigEndian(count, ReadBigEndian<UInt32>(count) + 1);
     UpdateHeader();
 }

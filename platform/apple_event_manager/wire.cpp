@@ -128,10 +128,13 @@ class Checker {
 
 }  // namespace
 
-bool CheckForm(Bytes inBytes) {
+bool CheckForm(Bytes inBytes, int* outDepth) {
     if (inBytes.size() < kContent || inBytes.size() > kMaximumSize) return false;
-    return ReadBigEndian<UInt32>(inBytes.data()) == kMagic &&
-           Checker(inBytes).CheckWhole(kFirstItem);
+    Checker checker(inBytes);
+    if (ReadBigEndian<UInt32>(inBytes.data()) != kMagic || !checker.CheckWhole(kFirstItem))
+        return false;
+    if (outDepth) *outDepth = checker.Deepest();
+    return true;
 }
 
 int DepthOf(const Item& inItem) {

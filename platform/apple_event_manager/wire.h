@@ -5,6 +5,7 @@
 #include <span>
 
 #include <Carbon/AEDataModel.h>
+#include "apple_event_manager/limits.h"
 #include "apple_event_manager/wire_format.h"
 
 namespace carbon {
@@ -17,6 +18,7 @@ struct Item {
     DescType type = typeNull;
     Kind kind = Kind::Leaf;
     Bytes content;
+    int depthAtMost = kMaximumNesting;  // a bound that saves walking through a large container
 
     bool IsKeyed() const { return kind == Kind::Record || kind == Kind::Event; }
     bool IsContainer() const { return kind != Kind::Leaf; }
@@ -36,8 +38,9 @@ struct Section {
 Section ItemsOf(Kind inKind, Bytes inContent);
 Section AttributesOf(Bytes inEventContent);
 
-// Whether the bytes are exactly one whole form, every bound, count and depth in it right.
-bool CheckForm(Bytes inBytes);
+// Whether the bytes are exactly one whole form, every bound, count and depth in it right. The depth
+// is given to whoever wants it.
+bool CheckForm(Bytes inBytes, int* outDepth = nullptr);
 
 // Lists and records within one another: 0 for a leaf, 1 for a container of leaves.
 int DepthOf(const Item& inItem);

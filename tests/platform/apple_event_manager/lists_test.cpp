@@ -141,6 +141,20 @@ TEST(List, NestsThirtyTwoDeepAndNoDeeper) {
     EXPECT_EQ(AEPutParamDesc(&event, keyDirectObject, &outer), paramErr);
 }
 
+TEST(List, NestsAgainOnceTheDeepItemIsGone) {
+    Desc deep = List();
+    for (int depth = 1; depth < 31; ++depth) {
+        Desc next = List();
+        ASSERT_EQ(AEPutDesc(&next, 0, &deep), noErr);
+        deep = std::move(next);
+    }
+    Desc list = Longs({1}), outer = List();
+    ASSERT_EQ(AEPutDesc(&list, 0, &deep), noErr);
+    EXPECT_EQ(AEPutDesc(&outer, 0, &list), paramErr);
+    ASSERT_EQ(AEDeleteItem(&list, 2), noErr);
+    EXPECT_EQ(AEPutDesc(&outer, 0, &list), noErr);
+}
+
 TEST(List, WantsAContainerOfTheRightKind) {
     Desc leaf = Long(1), record = Record(), null;
     SInt32 count = 0;
