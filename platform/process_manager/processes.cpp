@@ -2,10 +2,10 @@
 #include <Carbon/Processes.h>
 
 #include <cstring>
-#include <ctime>
 
 #include "core_foundation/internal.h"
 #include "file_manager/catalog.h"
+#include "process_manager/active_time.h"
 #include "process_manager/own_process.h"
 #include "process_manager/process_table.h"
 
@@ -28,19 +28,6 @@ OSErr Advance(ProcessSerialNumber* ioPsn) {
     return next ? OSErr(noErr) : OSErr(procNotFound);
 }
 
-// The clock of another process's processor time, as the kernel numbers them. clock_getcpuclockid
-// would ask the kernel once more whether it exists.
-clockid_t ProcessorClock(pid_t inPid) {
-    constexpr clockid_t kAllThreads = 2;
-    return clockid_t(~unsigned(inPid) << 3) | kAllThreads;
-}
-
-UInt32 TicksUsed(pid_t inPid) {
-    timespec used;
-    if (clock_gettime(ProcessorClock(inPid), &used) != 0) return 0;
-    return UInt32(used.tv_sec * 60 + used.tv_nsec * 60 / 1'000'000'000);
-}
-
 void Describe(const ProcessEntry& inEntry, ProcessInfoRec* outInfo) {
     if (outInfo->processName != nullptr)
         std::memcpy(outInfo->processName, inEntry.name, inEntry.name[0] + 1u);
@@ -53,7 +40,7 @@ void Describe(const ProcessEntry& inEntry, ProcessInfoRec* outInfo) {
     outInfo->processFreeMem = 0;
     outInfo->processLauncher = inEntry.launcher;
     outInfo->processLaunchDate = inEntry.launchTicks;
-    outInfo->processActiveTime = TicksUsed(inEntry.pid);
+    outInfo->processActiveTime = TicksUsed(inEntry);
     if (outInfo->processAppSpec != nullptr) *outInfo->processAppSpec = inEntry.application;
 }
 

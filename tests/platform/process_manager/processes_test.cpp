@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <ctime>
 #include <string>
+#include <vector>
 
 #include "platform/process_manager/Peer.h"
 #include "process_manager/identity.h"
@@ -80,6 +81,24 @@ TEST(Processes, ActiveTimeGrowsWithTheWorkDone) {
     ASSERT_EQ(GetProcessInformation(&kMe, &info), noErr);
     EXPECT_GE(info.processActiveTime, target);
     EXPECT_LT(info.processActiveTime, target + 600);
+}
+
+UInt32 ActiveTimeOf(const ProcessSerialNumber& inPsn) {
+    ProcessInfoRec info = {};
+    info.processInfoLength = 60;
+    EXPECT_EQ(GetProcessInformation(&inPsn, &info), noErr);
+    return info.processActiveTime;
+}
+
+// More processes than are remembered at a time, each asked again right after the others.
+TEST(Processes, ActiveTimeIsEachProcessesOwn) {
+    timespec used = {};
+    while (used.tv_sec == 0) clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    const std::vector<Peer> idle(20);
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_GE(ActiveTimeOf(kMe), 60u);
+        for (const Peer& peer : idle) EXPECT_LT(ActiveTimeOf(peer.Psn()), 60u);
+    }
 }
 
 TEST(Processes, NameFitsIntoThirtyTwoBytes) {
