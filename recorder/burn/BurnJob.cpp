@@ -109,9 +109,10 @@ void BurnJob::Verify(Recording& inRecording, UInt64 inSize) {
         inRecording.ReadBack(offset, chunk.Data(), count);
         if (const auto bad = mSums->FirstDifference(offset, chunk.Data(), count)) {
             mContext.progress.Doing("looking for the damaged file");
-            throw BurnFailure(dataVerErr,
-                              "The disc differs from what was written, in " +
-                                  WhatLiesAt(inRecording, inSize, *bad, BlockSums::kBlock) + ".");
+            throw BurnFailure(
+                dataVerErr, "The disc differs from what was written, in " +
+                                WhatLiesAt(inRecording, mContext, inSize, *bad, BlockSums::kBlock) +
+                                ".");
         }
         offset += count;
         mContext.progress.Move(offset);

@@ -19,6 +19,7 @@ constexpr UInt64 kSector = 2048;
 struct Reader {
     Recording& recording;
     UInt64 size;
+    const std::atomic<bool>& stop;
 };
 
 // Opening and closing always succeed: the drive is held by the job.
@@ -28,10 +29,11 @@ int AlwaysFine(IsoDataSource*) {
 
 int ReadSector(IsoDataSource* inSource, uint32_t inSector, uint8_t* outData) {
     const auto* reader = static_cast<const Reader*>(inSource->data);
+    if (reader->stop.load()) return int(ISO_CANCELED);
     if (UInt64(inSector) * kSector + kSector > reader->size) return int(ISO_FILE_READ_ERROR);
     try {
         reader->recording.ReadBack(UInt64(inSector) * kSector, outData, kSector);
-    } catch (const BurnFailure&) {
+    } catch (const std::exception&) {     // C code is what calls
         return int(ISO_FILE_READ_ERROR);  // one unreadable place among others
     }
     return 1;
@@ -94,6 +96,7 @@ bool IsIntact(Reader& inReader, IsoImage* inImage, IsoFile* inFile, const Sectio
     std::vector<UInt8> chunk(Recording::kChunk);
     for (const auto& section : inSections) {
         for (UInt64 done = 0; readable && done < section.size;) {
+            if (inReader.stop.load()) break;
             const size_t count = size_t(std::min<UInt64>(chunk.size(), section.size - done));
             try {
                 inReader.recording.ReadBack(UInt64(section.block) * kSector + done, chunk.data(),
@@ -115,7 +118,8 @@ std::string FindFile(Reader& inReader, IsoImage* inImage, UInt64 inOffset, UInt6
         IsoDirIter* children = nullptr;
         if (iso_dir_get_children(folders[i].first, &children) < 0) continue;
         std::string found;
-        for (IsoNode* node = nullptr; found.empty() && iso_dir_iter_next(children, &node) == 1;) {
+        for (IsoNode* node = nullptr;
+             found.empty() && !inReader.stop.load() && iso_dir_iter_next(children, &node) == 1;) {
             const std::string path = folders[i].second + "/" + iso_node_get_name(node);
             if (ISO_NODE_IS_DIR(node)) folders.emplace_back(ISO_DIR(node), path);
             if (!ISO_NODE_IS_FILE(node)) continue;
@@ -132,11 +136,12 @@ std::string FindFile(Reader& inReader, IsoImage* inImage, UInt64 inOffset, UInt6
 
 }  // namespace
 
-std::string WhatLiesAt(Recording& inRecording, UInt64 inDiscSize, UInt64 inOffset,
-                       UInt64 inLength) {
-    Reader reader{inRecording, inDiscSize};
+std::string WhatLiesAt(Recording& inRecording, const JobContext& inContext, UInt64 inDiscSize,
+                       UInt64 inOffset, UInt64 inLength) {
+    Reader reader{inRecording, inDiscSize, inContext.stop};
     const auto image = Import(reader);
     const std::string file = image ? FindFile(reader, image.get(), inOffset, inLength) : "";
+    inContext.CheckStop();
     return file.empty() ? "the directories or the space between files" : "the file " + file;
 }
 

@@ -230,6 +230,19 @@ TEST_F(Cancel, StopsVerification) {
     At([](const auto& now) { return now.phase == Phase::Verifying && now.bytesDone > 0; });
 }
 
+TEST_F(Cancel, StopsTheLookForTheDamagedFile) {
+    const std::string looking = "looking for the damaged file";
+    const auto isLooking = [&](const auto& now) {
+        return now.text.find(looking) != std::string::npos;
+    };
+    mScript.afterWrite = [](std::vector<UInt8>& disc) { disc[disc.size() / 2] ^= 1; };
+    mScript.beforeRead = [&](UInt64) {
+        if (isLooking(mEngine.Progress()))
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    };
+    At(isLooking);
+}
+
 TEST_F(Cancel, StopsTheWaitForADisc) {
     mScript.hasBlank = false;
     At([](const auto& now) {
