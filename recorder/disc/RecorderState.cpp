@@ -1,6 +1,8 @@
 // Owns the rules of what may be done when.
 #include "disc/RecorderState.h"
 
+#include <algorithm>
+
 #include "burn/BurnFailure.h"
 #include "burn/disc_names.h"
 
@@ -12,27 +14,52 @@ constexpr size_t kLongestVolumeName = 255;
 
 }  // namespace
 
-RecorderState::RecorderState(DriveSource& inDrives) : mDrives(inDrives), mEngine(inDrives) {}
+RecorderState::RecorderState(DriveSource& inDrives, std::function<bool(HostId)> inIsAlive)
+    : mDrives(inDrives), mIsAlive(std::move(inIsAlive)), mEngine(inDrives) {}
 
 void RecorderState::RefuseWhileBusy() {
+    Settle();
     if (mEngine.Busy()) throw BurnFailure(fBsyErr, "A disc is being written.");
 }
 
-void RecorderState::MakeDisc(OSType inKind) {
+bool RecorderState::IsOther(HostId inHost) const {
+    return inHost != 0 && inHost != mHost && mIsAlive(inHost);
+}
+
+void RecorderState::RefuseOthers() {
     RefuseWhileBusy();
+    RefuseWhileComposed();
+}
+
+void RecorderState::RefuseWhileComposed() {
+    Settle();
+    if (IsOther(mOwner)) throw BurnFailure(fBsyErr, "Another program is putting a disc together.");
+}
+
+// From its first change until it is written, a disc is its host's alone.
+void RecorderState::Compose() {
+    RefuseOthers();
+    mOwner = mHost;
+}
+
+void RecorderState::MakeDisc(OSType inKind) {
+    Settle();
+    mEnds.erase(mHost);
+    RefuseOthers();
     mDisc = MakeDocument(inKind);
+    mOwner = mHost;
     mEngine.Forget();
     mEngine.Measure({});
 }
 
 void RecorderState::AddItems(const std::vector<std::string>& inPaths) {
-    RefuseWhileBusy();
+    Compose();
     mDisc.Add(inPaths);
     mEngine.Measure(mDisc.paths);
 }
 
 void RecorderState::SetVolumeName(const std::string& inName) {
-    RefuseWhileBusy();
+    Compose();
     bool beyond = false;
     if (inName.size() > kLongestVolumeName || Utf16Units(inName, &beyond) < 0)
         throw BurnFailure(bdNamErr, "This is no name for a volume.");
@@ -40,22 +67,22 @@ void RecorderState::SetVolumeName(const std::string& inName) {
 }
 
 void RecorderState::SetOutputPath(const std::string& inPath) {
-    RefuseWhileBusy();
+    Compose();
     if (!inPath.empty() && inPath[0] != '/')
         throw BurnFailure(paramErr, "\"" + inPath + "\" is not an absolute path.");
     mDisc.outputPath = inPath;
 }
 
 void RecorderState::SetReplace(bool inReplace) {
-    RefuseWhileBusy();
+    Compose();
     mDisc.replace = inReplace;
 }
 
-void RecorderState::Write(const WriteOptions& inOptions) {
-    RefuseWhileBusy();
+JobEnd RecorderState::Write(const WriteOptions& inOptions) {
+    Compose();
     if (mDisc.paths.empty()) throw BurnFailure(paramErr, "Nothing has been added to the disc.");
     BurnRequest request;
-    request.driveId = ChosenDrive();
+    request.driveId = DriveForDisc();
     request.paths = mDisc.paths;
     request.hfsPlus = mDisc.kind == kHybridDisc;
     request.verify = inOptions.verify;
@@ -63,16 +90,65 @@ void RecorderState::Write(const WriteOptions& inOptions) {
     request.goal = {mDisc.volumeName, mDisc.outputPath, mDisc.replace, mSimulating,
                     inOptions.eject};
     mEngine.Start(request);
+    mEnds.erase(mHost);
+    mWriting = true;
     if (inOptions.quitAfterwards) QuitWhenDone();
+    return KeepEnd();
 }
 
-void RecorderState::RequestBlankDisc() {
-    mEngine.RequestBlankDisc(ChosenDrive(), kPatienceForBlankDisc);
+JobEnd RecorderState::RequestBlankDisc() {
+    Settle();
+    mEngine.RequestBlankDisc(DriveForDisc(), kPatienceForBlankDisc);
+    mEnds.erase(mHost);
+    return KeepEnd();
+}
+
+// A request that went well is no job to tell of.
+void RecorderState::ForgetRequest() {
+    Settle();
+    mEngine.Forget();
+}
+
+JobEnd RecorderState::KeepEnd() {
+    mEnd = std::make_shared<std::optional<BurnEngine::Snapshot>>();
+    return mEnd;
+}
+
+void RecorderState::Settle() {
+    if (!mEnd || mEngine.Busy()) return;
+    *mEnd = mEngine.Take();
+    std::erase_if(mEnds, [this](const auto& end) { return !mIsAlive(end.first); });
+    if (mWriting && mOwner != 0) {
+        mEnds[mOwner] = **mEnd;
+        mOwner = 0;
+    }
+    mWriting = false;
+    mEnd.reset();
+}
+
+BurnEngine::Snapshot RecorderState::Job() {
+    Settle();
+    const auto own = mEnds.find(mHost);
+    return own == mEnds.end() ? mEngine.Take() : own->second;
 }
 
 void RecorderState::Eject() {
     RefuseWhileBusy();
     mEngine.Eject(ChosenDrive());
+}
+
+void RecorderState::SetSimulating(bool inOn) {
+    RefuseWhileComposed();
+    mSimulating = inOn;
+}
+
+// A disc for a file comes from a drive that makes files, whatever else is chosen.
+std::string RecorderState::DriveForDisc() {
+    const auto isBurner = [](const std::string& id) { return id.starts_with("/dev/"); };
+    if (mDisc.outputPath.empty() || !isBurner(ChosenDrive())) return ChosenDrive();
+    const auto all = mDrives.Identifiers();
+    const auto found = std::find_if_not(all.begin(), all.end(), isBurner);
+    return found == all.end() ? ChosenDrive() : *found;
 }
 
 const std::string& RecorderState::ChosenDrive() {
@@ -81,7 +157,7 @@ const std::string& RecorderState::ChosenDrive() {
 }
 
 void RecorderState::ChooseDrive(const std::string& inIdentifier) {
-    RefuseWhileBusy();
+    RefuseWhileComposed();  // a job that runs has its drive already
     mDrives.Open(inIdentifier);
     mDriveId = inIdentifier;
 }
@@ -102,16 +178,37 @@ DriveInfo RecorderState::DriveNamed(const std::string& inName) {
     throw BurnFailure(nsDrvErr, "\"" + inName + "\" is not a drive.");
 }
 
+void RecorderState::EndSession() {
+    Settle();
+    mEnds.erase(mHost);
+    if (mOwner == mHost) mOwner = 0;
+    mSessionEnded = true;
+}
+
+void RecorderState::QuitWhenDone() {
+    mQuitter = mHost;
+    mQuitting = true;
+}
+
 void RecorderState::StopAndQuit() {
     mEngine.Cancel();
+    mAtAnyPrice = true;
     QuitWhenDone();
 }
 
+bool RecorderState::OthersNeedUs() {
+    mHost = mQuitter;
+    return !mAtAnyPrice &&
+           (IsOther(mOwner) || std::any_of(mEnds.begin(), mEnds.end(),
+                                           [this](const auto& end) { return IsOther(end.first); }));
+}
+
 bool RecorderState::Turn() {
+    Settle();
     if (!IsWaiting() || mEngine.Busy()) return false;
     if (mSessionEnded) mServerMode = false;
     mSessionEnded = false;
-    return mQuitting;
+    return mQuitting && !OthersNeedUs();
 }
 
 }  // namespace recorder

@@ -1,6 +1,10 @@
 // Everything the recorder knows and does, without any word about events.
 #pragma once
 
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,23 +20,38 @@ struct WriteOptions {
     bool quitAfterwards = false;
 };
 
+// Who asks: the process serial number of a host, 0 for nobody in particular.
+using HostId = UInt64;
+
+// How a job ended, for whoever ordered it; empty while it runs.
+using JobEnd = std::shared_ptr<const std::optional<BurnEngine::Snapshot>>;
+
 // For one thread; only the engine below it is for all. What a running job makes impossible is
-// refused with fBsyErr.
+// refused with fBsyErr, and so is what would change the disc that another living host is putting
+// together or writing.
 class RecorderState {
   public:
-    explicit RecorderState(DriveSource& inDrives);
+    RecorderState(DriveSource& inDrives, std::function<bool(HostId)> inIsAlive);
 
     BurnEngine& Engine() { return mEngine; }
     DiscDocument& Disc() { return mDisc; }
+
+    // Everything below is done for this host.
+    void ServeHost(HostId inHost) { mHost = inHost; }
 
     void MakeDisc(OSType inKind);
     void AddItems(const std::vector<std::string>& inPaths);
     void SetVolumeName(const std::string& inName);
     void SetOutputPath(const std::string& inPath);
     void SetReplace(bool inReplace);
-    void Write(const WriteOptions& inOptions);
+    JobEnd Write(const WriteOptions& inOptions);
 
-    void RequestBlankDisc();
+    // The job that this host sees: its own last one until it begins another disc or ends its
+    // session, else whatever the engine does or did last.
+    BurnEngine::Snapshot Job();
+
+    JobEnd RequestBlankDisc();
+    void ForgetRequest();
     void Eject();
 
     const std::string& ChosenDrive();
@@ -44,25 +63,41 @@ class RecorderState {
     bool ServerMode() const { return mServerMode; }
     void SetServerMode(bool inOn) { mServerMode = inOn; }
     bool Simulating() const { return mSimulating; }
-    void SetSimulating(bool inOn) { mSimulating = inOn; }
+    void SetSimulating(bool inOn);
 
-    // Both wait for the end of a running job; Turn() does them.
-    void EndSession() { mSessionEnded = true; }
-    void QuitWhenDone() { mQuitting = true; }
+    // Both wait for the end of a running job; Turn() does them. Leaving also waits for other hosts
+    // that have a disc in the making or have not ended their session after one.
+    void EndSession();
+    void QuitWhenDone();
     void StopAndQuit();
     // To be called now and then: whether it is time to leave.
     bool Turn();
     // Whether something is waiting for the end of a job.
     bool IsWaiting() const { return mSessionEnded || mQuitting; }
+    // Notes the end of a job for its host.
+    void Settle();
 
   private:
     void RefuseWhileBusy();
+    void RefuseOthers();
+    void RefuseWhileComposed();
+    void Compose();
+    bool IsOther(HostId inHost) const;
+    bool OthersNeedUs();
+    std::string DriveForDisc();
+    JobEnd KeepEnd();
 
     DriveSource& mDrives;
+    std::function<bool(HostId)> mIsAlive;
     BurnEngine mEngine;
     DiscDocument mDisc;
     std::string mDriveId;
+    HostId mHost = 0, mOwner = 0, mQuitter = 0;  // served now; of the disc; who wants us to leave
+    std::shared_ptr<std::optional<BurnEngine::Snapshot>> mEnd;  // of the running job
+    bool mWriting = false;                                      // and not, say, waiting for a disc
+    std::map<HostId, BurnEngine::Snapshot> mEnds;
     bool mServerMode = false, mSimulating = false, mSessionEnded = false, mQuitting = false;
+    bool mAtAnyPrice = false;
 };
 
 }  // namespace recorder

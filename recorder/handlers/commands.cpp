@@ -46,8 +46,13 @@ void AnswerGet(Recorder& inRecorder, const AppleEvent& inEvent, const Object& in
     PutAnswer(value, ioReply);
 }
 
-void ThrowJobError(RecorderState& inState) {
-    const ProgressSnapshot end = inState.Engine().Progress();
+bool HasEnded(RecorderState& inState, const JobEnd& inEnd) {
+    inState.Settle();
+    return inEnd->has_value();
+}
+
+void ThrowJobError(const JobEnd& inEnd) {
+    const ProgressSnapshot& end = (*inEnd)->progress;
     if (end.errorCode != noErr) throw BurnFailure(end.errorCode, end.errorText);
 }
 
@@ -136,28 +141,29 @@ void HandleWrite(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& io
     const bool atOnce = OptionalBoolean(inEvent, 'Asyn', false);
     Accept(inEvent, 'wrAs');  // every disc is a session of its own and is closed
     RefuseUnreadParameters(inEvent);
-    inRecorder.state.Write(options);
+    const JobEnd end = inRecorder.state.Write(options);
     if (atOnce) return;
     inRecorder.late.Suspend(
-        inEvent, ioReply, [&inRecorder] { return !inRecorder.state.Engine().Busy(); },
-        [&inRecorder](AppleEvent*) { ThrowJobError(inRecorder.state); });
+        inEvent, ioReply, [&inRecorder, end] { return HasEnded(inRecorder.state, end); },
+        [end](AppleEvent*) { ThrowJobError(end); });
 }
 
 // Cancelling is no error of the request: the status says so.
-static void AnswerBlankDisc(RecorderState& inState) {
-    const ProgressSnapshot end = inState.Engine().Progress();
-    if (end.phase == Phase::Cancelled) return;
-    ThrowJobError(inState);
-    inState.Engine().Forget();
+static void AnswerBlankDisc(RecorderState& inState, const JobEnd& inEnd) {
+    if ((*inEnd)->progress.phase == Phase::Cancelled) return;
+    ThrowJobError(inEnd);
+    inState.ForgetRequest();
 }
 
 void HandleRequestBlankDisc(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& ioReply) {
     RefuseUnreadParameters(inEvent);
-    inRecorder.state.RequestBlankDisc();
-    if (inRecorder.state.Engine().WaitUntilQuiet(kSoon)) return AnswerBlankDisc(inRecorder.state);
+    RecorderState& state = inRecorder.state;
+    const JobEnd end = state.RequestBlankDisc();
+    if (state.Engine().WaitUntilQuiet(kSoon) && HasEnded(state, end))
+        return AnswerBlankDisc(state, end);
     inRecorder.late.Suspend(
-        inEvent, ioReply, [&inRecorder] { return !inRecorder.state.Engine().Busy(); },
-        [&inRecorder](AppleEvent*) { AnswerBlankDisc(inRecorder.state); });
+        inEvent, ioReply, [&state, end] { return HasEnded(state, end); },
+        [&state, end](AppleEvent*) { AnswerBlankDisc(state, end); });
 }
 
 void HandleEject(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {

@@ -33,12 +33,32 @@ constexpr auto kEvents =
                           {kCoreEventClass, kAEReopenApplication, HandleOpen},
                           {kCoreEventClass, kAEQuitApplication, HandleQuit}});
 
+HostId SenderOf(const AppleEvent& inEvent) {
+    ProcessSerialNumber sender = {};
+    Size size = 0;
+    DescType type = 0;
+    if (AEGetAttributePtr(&inEvent, keyAddressAttr, typeProcessSerialNumber, &type, &sender,
+                          sizeof sender, &size) != noErr)
+        return 0;
+    return HostId(EndianU32_BtoN(sender.highLongOfPSN)) << 32 | EndianU32_BtoN(sender.lowLongOfPSN);
+}
+
 OSErr Handle(const AppleEvent* inEvent, AppleEvent* ioReply, SInt32 inIndex) {
-    return CodeOf([&] { kEvents[size_t(inIndex)].handle(*sRecorder, *inEvent, *ioReply); },
-                  ioReply);
+    return CodeOf(
+        [&] {
+            sRecorder->state.ServeHost(SenderOf(*inEvent));
+            kEvents[size_t(inIndex)].handle(*sRecorder, *inEvent, *ioReply);
+        },
+        ioReply);
 }
 
 }  // namespace
+
+bool HostIsAlive(HostId inHost) {
+    const ProcessSerialNumber psn = {UInt32(inHost >> 32), UInt32(inHost)};
+    pid_t pid = 0;
+    return GetProcessPID(&psn, &pid) == noErr;
+}
 
 void InstallHandlers(Recorder& inRecorder) {
     sRecorder = &inRecorder;

@@ -6,9 +6,12 @@
 
 namespace recorder {
 
+// Whether the host's process is still there.
+bool HostIsAlive(HostId inHost);
+
 // What the handlers work on; outlives the process's last event.
 struct Recorder {
-    explicit Recorder(DriveSource& inDrives) : state(inDrives) {}
+    explicit Recorder(DriveSource& inDrives) : state(inDrives, HostIsAlive) {}
 
     RecorderState state;
     LateReplies late;

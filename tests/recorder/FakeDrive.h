@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstring>
 #include <functional>
+#include <mutex>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -81,11 +82,22 @@ class FakeDrive : public recorder::Drive {
 class FakeDrives : public recorder::DriveSource {
   public:
     explicit FakeDrives(DriveScript& ioScript) : mScript(ioScript) {}
-    std::vector<std::string> Identifiers() override { return {"fake"}; }
-    std::unique_ptr<recorder::Drive> Open(const std::string&) override {
+    std::vector<std::string> Identifiers() override { return identifiers; }
+    std::unique_ptr<recorder::Drive> Open(const std::string& inIdentifier) override {
+        const std::lock_guard lock(mMutex);
+        mOpened = inIdentifier;
         return std::make_unique<FakeDrive>(mScript);
     }
 
+    std::string Opened() {  // last
+        const std::lock_guard lock(mMutex);
+        return mOpened;
+    }
+
+    std::vector<std::string> identifiers = {"fake"};
+
   private:
     DriveScript& mScript;
+    std::mutex mMutex;
+    std::string mOpened;
 };

@@ -407,6 +407,37 @@ TEST_F(Recorder, CancelWithoutAJobIsNoError) {
     EXPECT_EQ(CodeOf([] { cli::CancelJob(); }), noErr);
 }
 
+TEST(ExitStatuses, TellWhatTheJobsCodeMeans) {
+    EXPECT_EQ(cli::ExitFor(dataVerErr), cli::kNotVerified);
+    for (const SInt32 code : {-43, -5000, -37})
+        EXPECT_EQ(cli::ExitFor(code), cli::kBadSource) << code;
+    for (const SInt32 code : {-56, -65, -68})
+        EXPECT_NE(cli::SentenceFor(code), cli::SentenceFor(1)) << code;
+}
+
+// Another process tries for the disc that this one is putting together.
+TEST_F(Recorder, OtherHostsAreRefusedWhileADiscIsInTheMaking) {
+    const pid_t child = fork();
+    if (child == 0) _exit(VantorMakeNewDisc('Data') == fBsyErr ? 42 : 1);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 42);
+    EXPECT_EQ(VantorMakeNewDisc('Data'), noErr);
+}
+
+TEST_F(Recorder, QuitOfAnotherHostWaitsForTheDiscInTheMaking) {
+    WriteFile(mSource / "file", 10);
+    const pid_t child = fork();
+    if (child == 0) _exit(Event('aevt', 'quit').Send() == noErr ? 42 : 1);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(WEXITSTATUS(status), 42);
+    ASSERT_EQ(Add({mSource}), noErr);
+    cli::SetText(kDisc, 'oPth', mImage);
+    EXPECT_EQ(Event('Fv8k', 'wrIt').Disc().Send(), noErr);
+    EXPECT_EQ(cli::GetText(kDisc, 'rPth'), mImage);
+}
+
 TEST_F(Recorder, ReportIsAListOfLines) {
     WriteFile(mSource / "what?", 10);
     ASSERT_EQ(mkfifo((mSource / "a pipe").c_str(), 0600), 0);

@@ -1,0 +1,135 @@
+#include "disc/RecorderState.h"
+
+#include <set>
+
+#include "recorder/EngineTest.h"
+#include "recorder/FakeDrive.h"
+
+using namespace recorder;
+
+namespace {
+
+constexpr HostId kFirst = 1, kSecond = 2;
+
+class Hosts : public EngineTest {
+  protected:
+    Hosts() { Put(mSource / "file", 1000); }
+
+    // What the call ends with when this host makes it.
+    SInt32 As(HostId inHost, const std::function<void()>& inCall) {
+        mState.ServeHost(inHost);
+        try {
+            inCall();
+            return noErr;
+        } catch (const BurnFailure& failure) {
+            return failure.Code();
+        }
+    }
+    SInt32 Make(HostId inHost) {
+        return As(inHost, [&] { mState.MakeDisc(kDataDisc); });
+    }
+    SInt32 Add(HostId inHost) {
+        return As(inHost, [&] { mState.AddItems({mSource}); });
+    }
+    SInt32 Write(HostId inHost) {
+        return As(inHost, [&] { mEnd = mState.Write({}); });
+    }
+    ProgressSnapshot Seen(HostId inHost) {
+        mState.ServeHost(inHost);
+        return mState.Job().progress;
+    }
+    void Quiet() { ASSERT_TRUE(mState.Engine().WaitUntilQuiet(60'000)); }
+    void WriteADisc(HostId inHost) {
+        ASSERT_EQ(Make(inHost), noErr);
+        ASSERT_EQ(Add(inHost), noErr);
+        ASSERT_EQ(Write(inHost), noErr);
+        Quiet();
+    }
+
+    std::set<HostId> mAlive = {kFirst, kSecond};
+    DriveScript mScript;
+    FakeDrives mDrives{mScript};
+    RecorderState mState{mDrives, [this](HostId inHost) { return mAlive.contains(inHost); }};
+    JobEnd mEnd;
+};
+
+TEST_F(Hosts, ADiscInTheMakingIsItsHostsAlone) {
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(Make(kSecond), fBsyErr);
+    EXPECT_EQ(Add(kSecond), fBsyErr);
+    EXPECT_EQ(Write(kSecond), fBsyErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.SetOutputPath("/other.iso"); }), fBsyErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.SetSimulating(true); }), fBsyErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.ChooseDrive("fake"); }), fBsyErr);
+    EXPECT_EQ(Add(kFirst), noErr);
+    EXPECT_EQ(Write(kFirst), noErr);
+    Quiet();
+}
+
+TEST_F(Hosts, ADiscIsFreeOnceItIsWrittenOrItsHostHasLeftOrDied) {
+    WriteADisc(kFirst);
+    EXPECT_EQ(Make(kSecond), noErr);
+    As(kSecond, [&] { mState.EndSession(); });
+    EXPECT_EQ(Make(kFirst), noErr);
+    mAlive.erase(kFirst);
+    EXPECT_EQ(Make(kSecond), noErr);
+}
+
+TEST_F(Hosts, AFailedJobStaysKnownToItsHostWhateverOthersDo) {
+    mScript.beforeFinish = [] { throw BurnFailure(ioErr, "The laser is tired."); };
+    WriteADisc(kFirst);
+    mScript.beforeFinish = nullptr;
+    const JobEnd end = mEnd;
+    WriteADisc(kSecond);
+    EXPECT_EQ(Seen(kSecond).phase, Phase::Done);
+    EXPECT_EQ(Seen(kFirst).phase, Phase::Failed);
+    EXPECT_EQ(Seen(kFirst).errorCode, ioErr);
+    EXPECT_EQ(Seen(kFirst).status, ioErr);
+    ASSERT_TRUE(end->has_value());
+    EXPECT_EQ((*end)->progress.errorCode, ioErr);
+    EXPECT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(Seen(kFirst).phase, Phase::Idle);
+}
+
+TEST_F(Hosts, LeavingWaitsForOthersWithADiscInTheMaking) {
+    ASSERT_EQ(Make(kSecond), noErr);
+    As(kFirst, [&] { mState.QuitWhenDone(); });
+    EXPECT_FALSE(mState.Turn());
+    EXPECT_EQ(Add(kSecond), noErr);
+    EXPECT_EQ(Write(kSecond), noErr);
+    Quiet();
+    EXPECT_FALSE(mState.Turn()) << "nobody has told the second how its disc is";
+    As(kSecond, [&] { mState.EndSession(); });
+    EXPECT_TRUE(mState.Turn());
+}
+
+TEST_F(Hosts, LeavingDoesNotWaitForTheDeadOrForWhoAsksForIt) {
+    ASSERT_EQ(Make(kSecond), noErr);
+    As(kFirst, [&] { mState.QuitWhenDone(); });
+    EXPECT_FALSE(mState.Turn());
+    mAlive.erase(kSecond);
+    EXPECT_TRUE(mState.Turn());
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_TRUE(mState.Turn());
+}
+
+TEST_F(Hosts, AStopLeavesAtOnce) {
+    ASSERT_EQ(Make(kSecond), noErr);
+    mState.StopAndQuit();
+    EXPECT_TRUE(mState.Turn());
+}
+
+TEST_F(Hosts, AnOutputFileIsMadeByAnImageDriveWhateverIsChosen) {
+    mDrives.identifiers = {"/dev/sr0", "/drives/image"};
+    WriteADisc(kFirst);
+    EXPECT_EQ(mDrives.Opened(), "/dev/sr0");
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetOutputPath(mImage); }), noErr);
+    ASSERT_EQ(Add(kFirst), noErr);
+    ASSERT_EQ(Write(kFirst), noErr);
+    Quiet();
+    EXPECT_EQ(mDrives.Opened(), "/drives/image");
+    EXPECT_EQ(mState.ChosenDrive(), "/dev/sr0");
+}
+
+}  // namespace
