@@ -6,6 +6,9 @@
 namespace cli {
 namespace {
 
+// The recorder's, see docs/recorder-dictionary.md.
+constexpr SInt32 kNoDiscErr = -65;
+
 struct Meaning {
     SInt32 code;
     const char* sentence;
@@ -42,6 +45,9 @@ constexpr auto kMeanings = std::to_array<Meaning>({
     {ioErr, "reading or writing failed", kFailed},
     {fBsyErr, "the recorder is busy with another disc", kFailed},
     {wPrErr, "the target cannot be written to", kFailed},
+    {nsDrvErr, "there is no such drive", kFailed},
+    {kNoDiscErr, "there is no blank disc in the drive", kFailed},
+    {dataVerErr, "the disc read back differs from what was written", kNotVerified},
     {paramErr, "the recorder refused a value", kFailed},
     {memFullErr, "there is not enough memory", kFailed},
 });

@@ -132,6 +132,16 @@ SInt32 CountElements(OSType inClass) {
     return static_cast<SInt32>(BigEndian(BytesOf(answer)));
 }
 
+void AbandonJob() noexcept {
+    try {
+        StAEDescriptor event, none;
+        MakeEvent(kRecorderSignature, kCancelJob, event);
+        AESend(event, none, kAENoReply, kAENormalPriority, kAEDefaultTimeout, nullptr, nullptr);
+    } catch (const Failure&) {
+        return;  // no recorder, no job
+    }
+}
+
 void CancelJob() {
     StAEDescriptor event, ignored;
     MakeEvent(kRecorderSignature, kCancelJob, event);

@@ -32,5 +32,8 @@ SInt32 CountElements(OSType inClass);
 
 // Stops the running job; returns at once, the job ends within two seconds.
 void CancelJob();
+// The same without waiting for the answer, for those who are leaving: nothing more can be done
+// then.
+void AbandonJob() noexcept;
 
 }  // namespace cli

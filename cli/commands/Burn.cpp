@@ -30,31 +30,50 @@ OSType KindCode(const std::string& inKind) {
     return inKind == "hybrid" ? 'Hybr' : 'Data';
 }
 
-// "photos" for /home/me/photos; a disc of several things gets a neutral name.
+bool IsUtf8(const std::string& inText) {
+    CFStringRef text =
+        CFStringCreateWithBytes(nullptr, reinterpret_cast<const UInt8*>(inText.data()),
+                                static_cast<CFIndex>(inText.size()), kCFStringEncodingUTF8, false);
+    if (text != nullptr) CFRelease(text);
+    return text != nullptr;
+}
+
+// "photos" for /home/me/photos; a disc of several things gets a neutral name, and so
+// does one whose name is in another encoding.
 std::string DefaultVolumeName(const BurnRequest& inRequest) {
     if (inRequest.files.size() != 1) return "Untitled";
     const auto name = std::filesystem::canonical(inRequest.files.front()).filename();
-    return name.empty() ? "Untitled" : name.string();
+    return name.empty() || !IsUtf8(name.string()) ? "Untitled" : name.string();
 }
 
-// Simulation is a mode of the recorder, not of one disc: whatever it was before comes back
-// afterwards.
-class SimulationMode {
+// Simulation is a mode of the recorder and the chosen drive its choice, not those of one disc:
+// whatever they were before comes back as soon as the job knows them.
+class RecorderSettings {
   public:
-    explicit SimulationMode(bool inOn) {
-        ThrowIfFailed(VantorGetSimulationMode(&mBefore), "read the simulation mode");
-        ThrowIfFailed(VantorSetSimulationMode(inOn), "set the simulation mode");
+    explicit RecorderSettings(const BurnRequest& inRequest) {
+        ThrowIfFailed(VantorGetSimulationMode(&mSimulation), "read the simulation mode");
+        if (IsDevice(inRequest.target)) mDrive = GetText(kApplication, 'cDrv');
+        ThrowIfFailed(VantorSetSimulationMode(inRequest.simulate), "set the simulation mode");
+        if (!mDrive.empty()) SetText(kApplication, 'cDrv', inRequest.target);
     }
-    ~SimulationMode() { VantorSetSimulationMode(mBefore); }
-    SimulationMode(const SimulationMode&) = delete;
-    SimulationMode& operator=(const SimulationMode&) = delete;
+    ~RecorderSettings() {
+        VantorSetSimulationMode(mSimulation);
+        try {
+            if (!mDrive.empty()) SetText(kApplication, 'cDrv', mDrive);
+        } catch (const Failure&) {
+            return;  // a recorder that has gone has no drive chosen either
+        }
+    }
+    RecorderSettings(const RecorderSettings&) = delete;
+    RecorderSettings& operator=(const RecorderSettings&) = delete;
 
   private:
-    Boolean mBefore = 0;
+    Boolean mSimulation = 0;
+    std::string mDrive;  // empty: was not changed
 };
 
 void CheckTarget(const BurnRequest& inRequest) {
-    if (inRequest.target.empty() || IsDevice(inRequest.target) || inRequest.simulate) return;
+    if (inRequest.target.empty() || IsDevice(inRequest.target)) return;
     std::error_code none;
     const auto path = std::filesystem::absolute(inRequest.target).lexically_normal();
     if (std::filesystem::is_directory(path, none))
@@ -63,23 +82,22 @@ void CheckTarget(const BurnRequest& inRequest) {
     if (!std::filesystem::is_directory(path.parent_path(), none))
         throw Failure("The folder " + path.parent_path().string() + " does not exist.", dirNFErr,
                       kBadUsage);
-    if (std::filesystem::exists(path, none) && !inRequest.replace)
+    const auto status = std::filesystem::symlink_status(path, none);
+    if (!std::filesystem::exists(status)) return;
+    if (!std::filesystem::is_regular_file(status))
+        throw Failure(inRequest.target + " is not a file that an image could replace.", dupFNErr);
+    if (!inRequest.replace)
         throw Failure(inRequest.target + " is there already; --replace overwrites it.", dupFNErr);
 }
 
 void ChooseTarget(const BurnRequest& inRequest) {
-    if (IsDevice(inRequest.target)) {
-        SetText(kApplication, 'cDrv', inRequest.target);
-        return;
-    }
-    if (inRequest.target.empty()) return;
+    if (inRequest.target.empty() || IsDevice(inRequest.target)) return;
     const auto path = std::filesystem::absolute(inRequest.target).lexically_normal();
     SetText(kDisc, 'oPth', path.string());
     SetBoolean(kDisc, 'oRpl', inRequest.replace);
 }
 
 void PrepareDisc(const BurnRequest& inRequest, const std::vector<FSSpec>& inSpecs) {
-    ThrowIfFailed(VantorMakeNewDisc(KindCode(inRequest.kind)), "make a new disc");
     SetText(kDisc, 'pnam',
             inRequest.volumeName.empty() ? DefaultVolumeName(inRequest) : inRequest.volumeName);
     ChooseTarget(inRequest);
@@ -151,11 +169,11 @@ std::string JobSentence(SInt32 inCode) {
 
 void ThrowIfJobFailed() {
     const auto code = static_cast<SInt32>(GetNumber(kDisc, 'eCod'));
-    if (code == noErr) return;
+    if (code == noErr && GetCode(kDisc, 'phas') == 'done') return;
+    if (code == noErr) throw Failure("The recorder does not know how the burn ended.", ioErr);
     if (code == userCanceledErr)
         throw Failure("Cancelled; nothing was left behind.", code, kInterrupted);
-    throw Failure(JobSentence(code), code,
-                  GetCode(kDisc, 'phas') == 'veri' ? kNotVerified : kFailed);
+    throw Failure(JobSentence(code), code, ExitFor(code));
 }
 
 // A burner leaves no file: what was added is what there is to tell.
@@ -194,6 +212,17 @@ void Print(const Summary& inSummary, const std::vector<std::string>& inNotes, bo
                 Grouped(inSummary.items).c_str(), inSummary.seconds);
 }
 
+// The disc is ours from its making on: nobody else changes the settings until the job has them.
+void StartJob(const BurnRequest& inRequest, const std::vector<FSSpec>& inSpecs) {
+    ThrowIfFailed(VantorMakeNewDisc(KindCode(inRequest.kind)), "make a new disc");
+    const RecorderSettings settings(inRequest);
+    PrepareDisc(inRequest, inSpecs);
+    const SInt16 eject = inRequest.eject.value_or(IsDevice(inRequest.target)) ? 1 : 0;
+    const auto status = VantorWriteDiscWithOptions(1, eject, inRequest.verify, false, false);
+    if (status == errAEWaitCanceled) AbandonJob();  // it may have begun all the same
+    ThrowIfFailed(status, "start writing");
+}
+
 }  // namespace
 
 void Burn(const BurnRequest& inRequest) {
@@ -203,15 +232,15 @@ void Burn(const BurnRequest& inRequest) {
 
     InterruptDeferral deferral;
     Session session;
-    SimulationMode simulation(inRequest.simulate);
-    PrepareDisc(inRequest, specs);
-    const SInt16 eject = inRequest.eject.value_or(IsDevice(inRequest.target)) ? 1 : 0;
-    ThrowIfFailed(VantorWriteDiscWithOptions(1, eject, inRequest.verify, false, false),
-                  "start writing");
-
+    StartJob(inRequest, specs);
     ProgressView view(inRequest.json);
     Report report(inRequest.json);
-    FollowJob(view, report);
+    try {
+        FollowJob(view, report);
+    } catch (const Failure&) {
+        AbandonJob();  // a burn that nobody follows any more is not to replace anything
+        throw;
+    }
     ThrowIfJobFailed();
 
     Summary summary;

@@ -98,6 +98,48 @@ TEST_F(Burn, InterruptCancelsAndLeavesNoFile) {
     EXPECT_EQ(std::distance(fs::directory_iterator(mRoot), {}), 1) << "only the source is left";
 }
 
+TEST_F(Burn, SecondInterruptCancelsTooAndLeavesNoFile) {
+    for (int i = 0; i < 16; ++i) WriteSparseFile(mSource / std::to_string(i), 1LL << 30);
+    const auto result =
+        RunCommand({"sh", "-c",
+                    "\"$0\" burn \"$1\" --to \"$2/disc.iso\" & "
+                    "until [ -e \"$2/.disc.iso.part\" ]; do kill -0 $! || exit 99; done; "
+                    "kill -INT $!; kill -TERM $!; wait $!",
+                    ProgramFolder() + "/vantor", mSource, mRoot});
+    EXPECT_EQ(result.exitCode, 130) << result.errors;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (Vantor({"status"}).output.find("not running") == std::string::npos &&
+           std::chrono::steady_clock::now() < deadline) {
+    }
+    EXPECT_THAT(Vantor({"status"}).output, HasSubstr("not running"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(mRoot), {}), 1) << "only the source is left";
+}
+
+TEST_F(Burn, OnlyARegularFileIsReplaced) {
+    WriteFile(mSource / "a file", 10);
+    ASSERT_EQ(RunCommand({"mkfifo", mImage}).exitCode, 0);
+    const auto result = Vantor({"burn", mSource, "--to", mImage, "--replace"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("[-48]"));
+    EXPECT_TRUE(fs::is_fifo(mImage));
+}
+
+TEST_F(Burn, SimulationNoticesAnExistingImage) {
+    WriteFile(mSource / "a file", 10);
+    std::ofstream(mImage) << "precious";
+    EXPECT_EQ(Vantor({"burn", mSource, "--to", mImage, "--simulate"}).exitCode, 1);
+    EXPECT_EQ(fs::file_size(mImage), 8u);
+}
+
+TEST_F(Burn, FolderNamedInAnotherEncodingIsBurned) {
+    const fs::path folder = mRoot / "caf\xE9";
+    fs::create_directories(folder);
+    WriteFile(folder / "a file", 10);
+    const auto result = Vantor({"burn", folder, "--to", mImage});
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(RunCommand({"isoinfo", "-d", "-i", mImage}).output, HasSubstr("Volume id: UNTITLED"));
+}
+
 TEST_F(Burn, ExistingImageStaysUnlessReplaced) {
     WriteFile(mSource / "new", 100);
     std::ofstream(mImage) << "precious";
