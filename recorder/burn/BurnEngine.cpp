@@ -176,27 +176,35 @@ void BurnEngine::Cancel() {
 }
 
 void BurnEngine::Measure(const std::vector<std::string>& inPaths) {
+    unsigned order = 0;
     {
         const std::lock_guard lock(mMutex);
         ++mMeasurements;
+        order = ++mMeasureOrder;
     }
-    Post([this, inPaths] {
-        UInt64 bytes = 0;
-        try {
-            bytes = WalkSources(inPaths, false, [this](size_t, const std::string&) {
-                        return !mQuit.load();
-                    }).contentBytes;
-        } catch (const BurnFailure&) {
-            bytes = 0;  // what is wrong with the items is said when they are written
-        }
-        {
-            const std::lock_guard lock(mMutex);
-            mContentKiB =
-                SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
-            --mMeasurements;
-        }
-        mQuiet.notify_all();
-    });
+    Post([this, inPaths, order] { WorkOnMeasure(inPaths, order); });
+}
+
+// A later order makes this one worthless, and a job that is to stop waits behind it: then it is
+// done after the job.
+void BurnEngine::WorkOnMeasure(const std::vector<std::string>& inPaths, unsigned inOrder) {
+    UInt64 bytes = 0;
+    const auto isInTheWay = [this] { return mStop.load() && Busy(); };
+    try {
+        bytes = WalkSources(inPaths, false, [&](size_t, const std::string&) {
+                    return !mQuit.load() && inOrder == mMeasureOrder.load() && !isInTheWay();
+                }).contentBytes;
+    } catch (const std::exception&) {
+        bytes = 0;  // what is wrong with the items is said when they are written
+        if (isInTheWay() && inOrder == mMeasureOrder.load())
+            return Post([this, inPaths, inOrder] { WorkOnMeasure(inPaths, inOrder); });
+    }
+    {
+        const std::lock_guard lock(mMutex);
+        mContentKiB = SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
+        --mMeasurements;
+    }
+    mQuiet.notify_all();
 }
 
 void BurnEngine::Forget() {

@@ -65,6 +65,7 @@ class BurnEngine {
     void Loop();
     void Post(Task inTask);
     void RunNow(const Task& inTask);  // on the engine's thread, while it is idle; waits
+    void WorkOnMeasure(const std::vector<std::string>& inPaths, unsigned inOrder);
     void BeginJob();
     void RunJob(const std::function<std::string()>& inWork);
     std::string Work(const BurnRequest& inRequest);
@@ -72,6 +73,7 @@ class BurnEngine {
     DriveSource& mDrives;
     JobProgress mProgress;
     std::atomic<bool> mStop = false, mQuit = false;
+    std::atomic<unsigned> mMeasureOrder = 0;  // of the last one
     mutable std::mutex mMutex;
     std::condition_variable mWake, mQuiet;
     std::deque<Task> mTasks;

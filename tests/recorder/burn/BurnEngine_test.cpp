@@ -250,6 +250,16 @@ TEST_F(Cancel, StopsTheWaitForADisc) {
     });
 }
 
+TEST_F(Cancel, IsHeardByAJobBehindAMeasurementWhichIsMadeAfterIt) {
+    mEngine.Measure({mSource});
+    mEngine.Start(Request("fake"));
+    mEngine.Cancel();
+    const auto end = End(mEngine);
+    EXPECT_EQ(end.progress.status, userCanceledErr);
+    EXPECT_FALSE(end.measuring);
+    EXPECT_GT(end.contentKiB, 0);
+}
+
 TEST_F(Cancel, WithoutAJobDoesNothing) {
     mEngine.Cancel();
     EXPECT_EQ(mEngine.Status(), 0);
