@@ -292,7 +292,10 @@ void Exchange::Happened(UInt64 inTag, UInt32 inEvents) {
         Settle(connection);
         connection = Find(inTag);
     }
-    if (connection && inEvents & (EPOLLIN | EPOLLHUP | EPOLLERR)) Readable(connection, false);
+    // One that was retired since the kernel was asked has been read to its end already: its replies
+    // are still to come.
+    const bool isRead = connection && !connection->isRetired;
+    if (isRead && inEvents & (EPOLLIN | EPOLLHUP | EPOLLERR)) Readable(connection, false);
 }
 
 // One frame at a time, so that no peer keeps the others waiting.
