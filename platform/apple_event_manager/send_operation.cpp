@@ -19,7 +19,9 @@ constexpr Clock::duration kRetryAfter = std::chrono::milliseconds(3);
 constexpr SInt32 kStartUpTicks = 60 * kStartUpSeconds;
 
 // Negative when the two clocks differ by a tick.
-SInt32 TicksSince(UInt32 inTicks) { return static_cast<SInt32>(TickCount() - inTicks); }
+SInt32 TicksSince(UInt32 inTicks) {
+    return static_cast<SInt32>(TickCount() - inTicks);
+}
 
 }  // namespace
 

@@ -137,7 +137,8 @@ TEST_F(Burn, FolderNamedInAnotherEncodingIsBurned) {
     WriteFile(folder / "a file", 10);
     const auto result = Vantor({"burn", folder, "--to", mImage});
     ASSERT_EQ(result.exitCode, 0) << result.errors;
-    EXPECT_THAT(RunCommand({"isoinfo", "-d", "-i", mImage}).output, HasSubstr("Volume id: UNTITLED"));
+    EXPECT_THAT(RunCommand({"isoinfo", "-d", "-i", mImage}).output,
+                HasSubstr("Volume id: UNTITLED"));
 }
 
 TEST_F(Burn, ExistingImageStaysUnlessReplaced) {

@@ -20,11 +20,7 @@ enum {
 };
 
 // Keys of AEInstallSpecialHandler and AEManagerInfo.
-enum {
-    keyPreDispatch = 'phac',
-    keyAERecorderCount = 'recr',
-    keyAEVersion = 'vers'
-};
+enum { keyPreDispatch = 'phac', keyAERecorderCount = 'recr', keyAEVersion = 'vers' };
 
 // The required suite.
 enum {

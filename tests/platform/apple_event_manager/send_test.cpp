@@ -164,6 +164,9 @@ TEST_F(Send, LateReplyIsThrownAway) {
 }
 
 TEST_F(Send, ZeroTimeOutStillHandsTheEventOver) {
+    Make('slow');  // so that no answer can come before the time-out
+    PutLong(&mEvent, keyDirectObject, 300);
+    EXPECT_EQ(Go(kAENoReply), noErr);
     Make('add1');
     EXPECT_EQ(Go(kAEWaitReply, 0), errAETimeout);
     Ask('cnt?');
