@@ -21,8 +21,8 @@ enum ExitStatus {
 
 class Failure : public std::runtime_error {
   public:
-    Failure(std::string inSentence, SInt32 inCode, ExitStatus inExit = kFailed)
-        : std::runtime_error(std::move(inSentence)), mCode(inCode), mExit(inExit) {}
+    Failure(const std::string& inSentence, SInt32 inCode, ExitStatus inExit = kFailed)
+        : std::runtime_error(inSentence), mCode(inCode), mExit(inExit) {}
 
     SInt32 Code() const { return mCode; }
     ExitStatus Exit() const { return mExit; }
