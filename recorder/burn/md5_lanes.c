@@ -47,6 +47,7 @@ static inline uint32_t Word(const unsigned char* data, int index) {
     STEP(f, a, b, c, d, p, k, s, t); \
     STEP(f, a##2, b##2, c##2, d##2, p2, k, s, t);
 
+/* clang-format off: a table, one step a line */
 #define ROUNDS(S)                                                                                                   \
     S(F, a, b, c, d, 0, 7, 0xd76aa478)                                                                              \
     S(F, d, a, b, c, 1, 12, 0xe8c7b756)                                                                             \
@@ -145,6 +146,7 @@ static inline uint32_t Word(const unsigned char* data, int index) {
                                                                                               9,                    \
                                                                                               21,                   \
                                                                                               0xeb86d391)
+/* clang-format on */
 
 static void SumOne(struct Md5* sum, const unsigned char* p, size_t size) {
     uint32_t a = sum->state[0], b = sum->state[1], c = sum->state[2], d = sum->state[3];
