@@ -47,105 +47,73 @@ static inline uint32_t Word(const unsigned char* data, int index) {
     STEP(f, a, b, c, d, p, k, s, t); \
     STEP(f, a##2, b##2, c##2, d##2, p2, k, s, t);
 
-/* clang-format off: a table, one step a line */
-#define ROUNDS(S)                                                                                                   \
-    S(F, a, b, c, d, 0, 7, 0xd76aa478)                                                                              \
-    S(F, d, a, b, c, 1, 12, 0xe8c7b756)                                                                             \
-    S(F, c, d, a, b, 2, 17, 0x242070db)                                                                             \
-    S(F, b, c, d, a, 3, 22, 0xc1bdceee) S(F, a, b, c, d, 4, 7, 0xf57c0faf) S(                                       \
-        F, d, a, b, c, 5, 12, 0x4787c62a) S(F, c, d, a, b, 6, 17, 0xa8304613) S(F, b, c, d, a, 7,                   \
-                                                                                22, 0xfd469501)                     \
-        S(F, a, b, c, d, 8, 7, 0x698098d8) S(F, d, a, b, c, 9, 12, 0x8b44f7af) S(                                   \
-            F, c,                                                                                                   \
-            d, a,                                                                                                   \
-            b, 10, 17, 0xffff5bb1) S(F, b, c, d, a, 11, 22, 0x895cd7be)                                             \
-            S(F, a, b, c, d, 12, 7, 0x6b901122) S(F, d, a, b, c, 13, 12, 0xfd987193) S(                             \
-                F, c,                                                                                               \
-                d, a,                                                                                               \
-                b, 14, 17, 0xa679438e) S(F, b, c, d, a, 15, 22, 0x49b40821)                                         \
-                S(G, a, b, c, d, 1, 5, 0xf61e2562) S(G, d, a, b, c, 6, 9, 0xc040b340) S(                            \
-                    G, c,                                                                                           \
-                    d, a,                                                                                           \
-                    b, 11, 14, 0x265e5a51) S(G, b, c, d, a, 0, 20, 0xe9b6c7aa)                                      \
-                    S(G, a, b, c, d, 5, 5, 0xd62f105d) S(G, d, a, b, c, 10, 9, 0x02441453) S(                       \
-                        G, c,                                                                                       \
-                        d, a,                                                                                       \
-                        b, 15, 14, 0xd8a1e681) S(G, b, c, d, a, 4, 20, 0xe7d3fbc8)                                  \
-                        S(G, a, b, c, d, 9, 5, 0x21e1cde6) S(G, d, a, b, c, 14, 9, 0xc33707d6) S(                   \
-                            G, c,                                                                                   \
-                            d, a,                                                                                   \
-                            b, 3,                                                                                   \
-                            14, 0xf4d50d87) S(G, b, c, d, a, 8, 20, 0x455a14ed)                                     \
-                            S(G, a, b, c, d, 13, 5,                                                                 \
-                              0xa9e3e905) S(G, d, a, b, c, 2, 9, 0xfcefa3f8)                                        \
-                                S(G, c, d, a, b, 7, 14,                                                             \
-                                  0x676f02d9) S(G, b, c, d, a, 12, 20, 0x8d2a4c8a)                                  \
-                                    S(H, a, b, c, d, 5, 4, 0xfffa3942) S(H, d, a, b, c, 8, 11, 0x8771f681) S(       \
-                                        H, c,                                                                       \
-                                        d, a,                                                                       \
-                                        b, 11, 16,                                                                  \
-                                        0x6d9d6122) S(H, b, c, d, a, 14, 23, 0xfde5380c)                            \
-                                        S(H, a, b, c, d, 1, 4, 0xa4beea44) S(                                       \
-                                            H, d,                                                                   \
-                                            a, b,                                                                   \
-                                            c,                                                                      \
-                                            4, 11, 0x4bdecfa9) S(H, c, d, a, b, 7, 16, 0xf6bb4b60)                  \
-                                            S(H, b, c, d, a, 10, 23, 0xbebfbc70) S(                                 \
-                                                H, a,                                                               \
-                                                b, c,                                                               \
-                                                d, 13, 4,                                                           \
-                                                0x289b7ec6) S(H, d, a, b, c, 0, 11, 0xeaa127fa)                     \
-                                                S(H, c, d, a, b, 3, 16,                                             \
-                                                  0xd4ef3085) S(H, b, c, d, a, 6, 23, 0x04881d05)                   \
-                                                    S(H, a, b, c, d, 9, 4, 0xd9d4d039) S(                           \
-                                                        H, d,                                                       \
-                                                        a, b,                                                       \
-                                                        c, 12, 11,                                                  \
-                                                        0xe6db99e5) S(H, c, d, a, b, 15, 16, 0x1fa27cf8)            \
-                                                        S(H, b, c, d, a, 2, 23, 0xc4ac5665) S(                      \
-                                                            I, a,                                                   \
-                                                            b, c,                                                   \
-                                                            d, 0,                                                   \
-                                                            6,                                                      \
-                                                            0xf4292244) S(I, d, a, b, c, 7, 10, 0x432aff97)         \
-                                                            S(I, c, d, a, b, 14, 15, 0xab9423a7) S(                 \
-                                                                I, b,                                               \
-                                                                c, d,                                               \
-                                                                a, 5,                                               \
-                                                                21,                                                 \
-                                                                0xfc93a039) S(I, a, b, c, d, 12, 6, 0x655b59c3)     \
-                                                                S(I, d, a, b, c, 3, 10, 0x8f0ccc92) S(              \
-                                                                    I, c,                                           \
-                                                                    d, a,                                           \
-                                                                    b, 10, 15,                                      \
-                                                                    0xffeff47d) S(I, b, c, d, a, 1, 21, 0x85845dd1) \
-                                                                    S(I, a, b, c, d, 8, 6, 0x6fa87e4f) S(           \
-                                                                        I, d,                                       \
-                                                                        a, b,                                       \
-                                                                        c, 15, 10, 0xfe2ce6e0)                      \
-                                                                        S(I, c, d, a, b, 6, 15,                     \
-                                                                          0xa3014314)                               \
-                                                                            S(I, b, c, d, a, 13,                    \
-                                                                              21,                                   \
-                                                                              0x4e0811a1)                           \
-                                                                                S(I, a, b, c, d,                    \
-                                                                                  4, 6,                             \
-                                                                                  0xf7537e82)                       \
-                                                                                    S(I, d, a, b,                   \
-                                                                                      c, 11, 10,                    \
-                                                                                      0xbd3af235)                   \
-                                                                                        S(I, c, d,                  \
-                                                                                          a, b,                     \
-                                                                                          2, 15,                    \
-                                                                                          0x2ad7d2bb)               \
-                                                                                            S(I,                    \
-                                                                                              b,                    \
-                                                                                              c,                    \
-                                                                                              d,                    \
-                                                                                              a,                    \
-                                                                                              9,                    \
-                                                                                              21,                   \
-                                                                                              0xeb86d391)
+/* The steps, one a line. */
+/* clang-format off */
+#define ROUNDS(S)                        \
+    S(F, a, b, c, d, 0, 7, 0xd76aa478)   \
+    S(F, d, a, b, c, 1, 12, 0xe8c7b756)  \
+    S(F, c, d, a, b, 2, 17, 0x242070db)  \
+    S(F, b, c, d, a, 3, 22, 0xc1bdceee)  \
+    S(F, a, b, c, d, 4, 7, 0xf57c0faf)   \
+    S(F, d, a, b, c, 5, 12, 0x4787c62a)  \
+    S(F, c, d, a, b, 6, 17, 0xa8304613)  \
+    S(F, b, c, d, a, 7, 22, 0xfd469501)  \
+    S(F, a, b, c, d, 8, 7, 0x698098d8)   \
+    S(F, d, a, b, c, 9, 12, 0x8b44f7af)  \
+    S(F, c, d, a, b, 10, 17, 0xffff5bb1) \
+    S(F, b, c, d, a, 11, 22, 0x895cd7be) \
+    S(F, a, b, c, d, 12, 7, 0x6b901122)  \
+    S(F, d, a, b, c, 13, 12, 0xfd987193) \
+    S(F, c, d, a, b, 14, 17, 0xa679438e) \
+    S(F, b, c, d, a, 15, 22, 0x49b40821) \
+    S(G, a, b, c, d, 1, 5, 0xf61e2562)   \
+    S(G, d, a, b, c, 6, 9, 0xc040b340)   \
+    S(G, c, d, a, b, 11, 14, 0x265e5a51) \
+    S(G, b, c, d, a, 0, 20, 0xe9b6c7aa)  \
+    S(G, a, b, c, d, 5, 5, 0xd62f105d)   \
+    S(G, d, a, b, c, 10, 9, 0x02441453)  \
+    S(G, c, d, a, b, 15, 14, 0xd8a1e681) \
+    S(G, b, c, d, a, 4, 20, 0xe7d3fbc8)  \
+    S(G, a, b, c, d, 9, 5, 0x21e1cde6)   \
+    S(G, d, a, b, c, 14, 9, 0xc33707d6)  \
+    S(G, c, d, a, b, 3, 14, 0xf4d50d87)  \
+    S(G, b, c, d, a, 8, 20, 0x455a14ed)  \
+    S(G, a, b, c, d, 13, 5, 0xa9e3e905)  \
+    S(G, d, a, b, c, 2, 9, 0xfcefa3f8)   \
+    S(G, c, d, a, b, 7, 14, 0x676f02d9)  \
+    S(G, b, c, d, a, 12, 20, 0x8d2a4c8a) \
+    S(H, a, b, c, d, 5, 4, 0xfffa3942)   \
+    S(H, d, a, b, c, 8, 11, 0x8771f681)  \
+    S(H, c, d, a, b, 11, 16, 0x6d9d6122) \
+    S(H, b, c, d, a, 14, 23, 0xfde5380c) \
+    S(H, a, b, c, d, 1, 4, 0xa4beea44)   \
+    S(H, d, a, b, c, 4, 11, 0x4bdecfa9)  \
+    S(H, c, d, a, b, 7, 16, 0xf6bb4b60)  \
+    S(H, b, c, d, a, 10, 23, 0xbebfbc70) \
+    S(H, a, b, c, d, 13, 4, 0x289b7ec6)  \
+    S(H, d, a, b, c, 0, 11, 0xeaa127fa)  \
+    S(H, c, d, a, b, 3, 16, 0xd4ef3085)  \
+    S(H, b, c, d, a, 6, 23, 0x04881d05)  \
+    S(H, a, b, c, d, 9, 4, 0xd9d4d039)   \
+    S(H, d, a, b, c, 12, 11, 0xe6db99e5) \
+    S(H, c, d, a, b, 15, 16, 0x1fa27cf8) \
+    S(H, b, c, d, a, 2, 23, 0xc4ac5665)  \
+    S(I, a, b, c, d, 0, 6, 0xf4292244)   \
+    S(I, d, a, b, c, 7, 10, 0x432aff97)  \
+    S(I, c, d, a, b, 14, 15, 0xab9423a7) \
+    S(I, b, c, d, a, 5, 21, 0xfc93a039)  \
+    S(I, a, b, c, d, 12, 6, 0x655b59c3)  \
+    S(I, d, a, b, c, 3, 10, 0x8f0ccc92)  \
+    S(I, c, d, a, b, 10, 15, 0xffeff47d) \
+    S(I, b, c, d, a, 1, 21, 0x85845dd1)  \
+    S(I, a, b, c, d, 8, 6, 0x6fa87e4f)   \
+    S(I, d, a, b, c, 15, 10, 0xfe2ce6e0) \
+    S(I, c, d, a, b, 6, 15, 0xa3014314)  \
+    S(I, b, c, d, a, 13, 21, 0x4e0811a1) \
+    S(I, a, b, c, d, 4, 6, 0xf7537e82)   \
+    S(I, d, a, b, c, 11, 10, 0xbd3af235) \
+    S(I, c, d, a, b, 2, 15, 0x2ad7d2bb)  \
+    S(I, b, c, d, a, 9, 21, 0xeb86d391)
 /* clang-format on */
 
 static void SumOne(struct Md5* sum, const unsigned char* p, size_t size) {
