@@ -11,9 +11,9 @@ namespace carbon {
 // missing. Else nsvErr, dirNFErr, bdNamErr, afpAccessDenied, and the path stays as it was.
 OSErr PathFromSpec(const FSSpec& inSpec, std::string* outPath);
 
-// The spec of the object at a path (a relative one starts in the working directory). A symbolic
-// link at its end is the object itself, those on the way are followed. fnfErr sets the spec too, if
-// a spec can hold the missing last part.
+// The file spec of the object at a path (a relative one starts in the working directory). A
+// symbolic link at its end is the object itself, those on the way are followed. fnfErr sets the
+// file spec too, if one can hold the missing last part.
 OSErr SpecFromPath(const std::string& inPath, FSSpec* outSpec);
 
 // The same for references, which name existing objects only.

@@ -82,7 +82,8 @@ void DescribeOwn(UInt32 inNumber) {
     entry.mode = program.mode;
     entry.launchTicks = TicksAtStart(ProcessStartTime(getpid()));
     ShortName(program.fullName, entry.name);
-    // A state folder that cannot be written leaves the spec empty; the process is one all the same.
+    // A state folder that cannot be written leaves the file spec empty; the process is one all the
+    // same.
     if (SpecFromPath(program.executable, &entry.application) != noErr) entry.application = {};
     CopyText(program.executable, sOwn.longFacts.executable, sizeof sOwn.longFacts.executable);
     CopyText(program.bundle, sOwn.longFacts.bundle, sizeof sOwn.longFacts.bundle);

@@ -128,15 +128,16 @@ enum {
 
 PLATFORM_DECLARATIONS_BEGIN
 
-// Makes the spec of the object that a volume, a directory and a name or path lead to.
+// Makes the file spec of the object that a volume, a directory and a name or path lead to.
 //   vRefNum   the volume; 0 for the default one
 //   dirID     a directory on it; 0 for its root (with vRefNum 0 too: for the default directory)
 //   fileName  a name; ":Folder:File" below the directory; "Disk:Folder:File", which overrides both
 //             numbers; each further colon in a run goes up one folder. Empty or null: the directory
 //             itself
 // Returns noErr when the object exists, its name spelled as on disk; fnfErr when only the last part
-// is missing, the spec then being good for creating it. After nsvErr (no such volume), dirNFErr (a
-// folder on the way is missing), bdNamErr (malformed) and every other code the spec is all zero.
+// is missing, the file spec then being good for creating it. After nsvErr (no such volume),
+// dirNFErr (a folder on the way is missing), bdNamErr (malformed) and every other code the file
+// spec is all zero.
 OSErr FSMakeFSSpec(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName, FSSpec* spec);
 
 // Makes the reference of an existing object. Returns nsvErr, dirNFErr, fnfErr.
