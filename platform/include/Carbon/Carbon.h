@@ -20,6 +20,7 @@
 #include <Carbon/Events.h>
 #include <Carbon/Files.h>
 #include <Carbon/Finder.h>
+#include <Carbon/Folders.h>
 #include <Carbon/Gestalt.h>
 #include <Carbon/IntlResources.h>
 #include <Carbon/LSInfo.h>
@@ -36,6 +37,7 @@
 #include <Carbon/StringCompare.h>
 #include <Carbon/TextCommon.h>
 #include <Carbon/TextUtils.h>
+#include <Carbon/Timer.h>
 #include <Carbon/UTCUtils.h>
 #include <Carbon/fp.h>
 
