@@ -15,6 +15,7 @@
 #include <Carbon/AppleEvents.h>
 #include <Carbon/CarbonEvents.h>
 #include <Carbon/CodeFragments.h>
+#include <Carbon/DateTimeUtils.h>
 #include <Carbon/Dialogs.h>
 #include <Carbon/Endian.h>
 #include <Carbon/Events.h>
