@@ -25,6 +25,7 @@
 #include <Carbon/Gestalt.h>
 #include <Carbon/IntlResources.h>
 #include <Carbon/LSInfo.h>
+#include <Carbon/LowMem.h>
 #include <Carbon/MacErrors.h>
 #include <Carbon/MacMemory.h>
 #include <Carbon/MacTypes.h>

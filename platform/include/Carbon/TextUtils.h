@@ -30,6 +30,20 @@ void LowercaseText(Ptr textPtr, SInt16 len, ScriptCode script);
 void StripDiacritics(Ptr textPtr, SInt16 len, ScriptCode script);
 void UppercaseStripDiacritics(Ptr textPtr, SInt16 len, ScriptCode script);
 
+// A new handle holding a copy of a Pascal string, and the same for a handle that there is; the
+// caller disposes of it. Null with memFullErr when there is no room; MemError tells.
+StringHandle NewString(ConstStr255Param theString);
+void SetString(StringHandle theString, ConstStr255Param strNew);
+
+// The 'STR ' resource with an ID: the resource itself, of which the file keeps hold, not a copy.
+// Null when there is none, with ResError as GetResource leaves it.
+StringHandle GetString(SInt16 stringID);
+
+// Copies a string, counted from 1, of the 'STR#' resource with an ID. The empty string when there
+// is no such list, the index is not in it, or the list ends before the string does; ResError is as
+// GetResource left it.
+void GetIndString(Str255 theString, SInt16 strListID, SInt16 index);
+
 PLATFORM_DECLARATIONS_END
 
 #endif
