@@ -23,9 +23,11 @@
 #include <Carbon/Finder.h>
 #include <Carbon/Folders.h>
 #include <Carbon/Gestalt.h>
+#include <Carbon/HITextUtils.h>
 #include <Carbon/IntlResources.h>
 #include <Carbon/LSInfo.h>
 #include <Carbon/LowMem.h>
+#include <Carbon/MacApplication.h>
 #include <Carbon/MacErrors.h>
 #include <Carbon/MacMemory.h>
 #include <Carbon/MacTypes.h>
@@ -41,6 +43,7 @@
 #include <Carbon/TextUtils.h>
 #include <Carbon/Timer.h>
 #include <Carbon/UTCUtils.h>
+#include <Carbon/UnicodeUtilities.h>
 #include <Carbon/fp.h>
 
 #endif

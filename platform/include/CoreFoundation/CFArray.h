@@ -54,7 +54,16 @@ const void* CFArrayGetValueAtIndex(CFArrayRef theArray, CFIndex idx);
 void CFArrayGetValues(CFArrayRef theArray, CFRange range, const void** values);
 
 Boolean CFArrayContainsValue(CFArrayRef theArray, CFRange range, const void* value);
+CFIndex CFArrayGetCountOfValue(CFArrayRef theArray, CFRange range, const void* value);
+
+// kCFNotFound where the range does not have it.
 CFIndex CFArrayGetFirstIndexOfValue(CFArrayRef theArray, CFRange range, const void* value);
+CFIndex CFArrayGetLastIndexOfValue(CFArrayRef theArray, CFRange range, const void* value);
+
+// Where a value is, or would have to be put, in a range that is in the comparator's order.
+CFIndex CFArrayBSearchValues(CFArrayRef theArray, CFRange range, const void* value,
+                             CFComparatorFunction comparator, void* context);
+
 void CFArrayApplyFunction(CFArrayRef theArray, CFRange range, CFArrayApplierFunction applier,
                           void* context);
 
@@ -64,6 +73,16 @@ void CFArrayInsertValueAtIndex(CFMutableArrayRef theArray, CFIndex idx, const vo
 void CFArraySetValueAtIndex(CFMutableArrayRef theArray, CFIndex idx, const void* value);
 void CFArrayRemoveValueAtIndex(CFMutableArrayRef theArray, CFIndex idx);
 void CFArrayRemoveAllValues(CFMutableArrayRef theArray);
+void CFArrayExchangeValuesAtIndices(CFMutableArrayRef theArray, CFIndex idx1, CFIndex idx2);
+void CFArrayAppendArray(CFMutableArrayRef theArray, CFArrayRef otherArray, CFRange otherRange);
+
+// Puts newCount values in the place of a range.
+void CFArrayReplaceValues(CFMutableArrayRef theArray, CFRange range, const void** newValues,
+                          CFIndex newCount);
+
+// Puts a range in order; equal values stay in theirs.
+void CFArraySortValues(CFMutableArrayRef theArray, CFRange range, CFComparatorFunction comparator,
+                       void* context);
 
 PLATFORM_DECLARATIONS_END
 

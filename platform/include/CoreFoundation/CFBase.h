@@ -25,6 +25,7 @@ typedef UInt32 CFHashCode;
 
 typedef const void* CFTypeRef;
 typedef const struct __CFAllocator* CFAllocatorRef;
+typedef const struct __CFNull* CFNullRef;
 typedef const struct __CFString* CFStringRef;
 typedef struct __CFString* CFMutableStringRef;
 typedef CFTypeRef CFPropertyListRef;  // a string, number, Boolean, date, data, array or dictionary
@@ -82,6 +83,10 @@ extern const CFAllocatorRef kCFAllocatorDefault;        // NULL: the default all
 extern const CFAllocatorRef kCFAllocatorSystemDefault;  // the process's heap
 extern const CFAllocatorRef kCFAllocatorMalloc;         // malloc, realloc and free
 extern const CFAllocatorRef kCFAllocatorNull;           // gives no memory and frees none
+
+// The object that stands for no value where NULL cannot.
+extern const CFNullRef kCFNull;
+CFTypeID CFNullGetTypeID(void);
 
 CFTypeID CFAllocatorGetTypeID(void);
 

@@ -63,6 +63,9 @@ CFMutableDictionaryRef CFDictionaryCreateMutableCopy(CFAllocatorRef allocator, C
 
 CFIndex CFDictionaryGetCount(CFDictionaryRef theDict);
 Boolean CFDictionaryContainsKey(CFDictionaryRef theDict, const void* key);
+Boolean CFDictionaryContainsValue(CFDictionaryRef theDict, const void* value);
+CFIndex CFDictionaryGetCountOfKey(CFDictionaryRef theDict, const void* key);  // 0 or 1
+CFIndex CFDictionaryGetCountOfValue(CFDictionaryRef theDict, const void* value);
 
 // The value, lent, or NULL. IfPresent tells a NULL value from no value; value may be NULL.
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);

@@ -11,6 +11,7 @@
 #include <CoreFoundation/CFBase.h>
 #include <CoreFoundation/CFData.h>
 #include <CoreFoundation/CFDictionary.h>
+#include <CoreFoundation/CFLocale.h>
 #include <stdarg.h>
 
 typedef UInt32 CFStringEncoding;
@@ -50,10 +51,19 @@ enum {
     kCFStringNormalizationFormKC = 3
 };
 
-typedef const struct __CFLocale* CFLocaleRef;
-
 // A constant string, never freed; equal literals give one object. Characters over 127 are MacRoman.
 #define CFSTR(cStr) __CFStringMakeConstantString("" cStr "")
+
+// A window on a string that is read unit by unit; see CFStringInitInlineBuffer.
+struct CFStringInlineBuffer {
+    UniChar buffer[64];
+    CFStringRef theString;
+    const UniChar* directBuffer;
+    CFRange rangeToBuffer;
+    CFIndex bufferedRangeStart;
+    CFIndex bufferedRangeEnd;
+};
+typedef struct CFStringInlineBuffer CFStringInlineBuffer;
 
 PLATFORM_DECLARATIONS_BEGIN
 
@@ -160,6 +170,12 @@ const char* CFStringGetCStringPtr(CFStringRef theString, CFStringEncoding encodi
 ConstStringPtr CFStringGetPascalStringPtr(CFStringRef theString, CFStringEncoding encoding);
 const UniChar* CFStringGetCharactersPtr(CFStringRef theString);
 
+// A string's name for the file system: UTF-8 and a terminating zero, letters decomposed. False when
+// it does not fit or cannot be said.
+Boolean CFStringGetFileSystemRepresentation(CFStringRef string, char* buffer, CFIndex maxBufLen);
+CFIndex CFStringGetMaximumSizeOfFileSystemRepresentation(CFStringRef string);
+CFStringRef CFStringCreateWithFileSystemRepresentation(CFAllocatorRef alloc, const char* buffer);
+
 // A number at the start of the text, after white space; 0 without one. Too large a whole number
 // gives the nearest value.
 SInt32 CFStringGetIntValue(CFStringRef str);
@@ -169,6 +185,19 @@ double CFStringGetDoubleValue(CFStringRef str);
 
 CFStringEncoding CFStringGetSystemEncoding(void);  // kCFStringEncodingMacRoman
 Boolean CFStringIsEncodingAvailable(CFStringEncoding encoding);
+
+// All available encodings, kCFStringEncodingInvalidId at the end. Not owned.
+const CFStringEncoding* CFStringGetListOfAvailableEncodings(void);
+
+// An encoding's name for developers, lent, and its registered name on the Internet ("utf-8"), lent
+// too, and back, whatever the case; NULL and kCFStringEncodingInvalidId where there is none.
+CFStringRef CFStringGetNameOfEncoding(CFStringEncoding encoding);
+CFStringRef CFStringConvertEncodingToIANACharSetName(CFStringEncoding encoding);
+CFStringEncoding CFStringConvertIANACharSetNameToEncoding(CFStringRef theString);
+
+// The encoding that holds the text in the fewest bytes, and the one it is quickest had in.
+CFStringEncoding CFStringGetSmallestEncoding(CFStringRef theString);
+CFStringEncoding CFStringGetFastestEncoding(CFStringRef theString);
 
 // Bytes that `length` units take at most, without a terminator; kCFNotFound when that is more than
 // a CFIndex can say.
@@ -192,12 +221,23 @@ Boolean CFStringFindWithOptions(CFStringRef theString, CFStringRef stringToFind,
                                 CFRange rangeToSearch, CFOptionFlags searchOptions,
                                 CFRange* result);
 
+// All matches in a range, as CFRanges that CFArrayGetValueAtIndex points to; NULL when there is
+// none.
+CFArrayRef CFStringCreateArrayWithFindResults(CFAllocatorRef alloc, CFStringRef theString,
+                                              CFStringRef stringToFind, CFRange rangeToSearch,
+                                              CFOptionFlags compareOptions);
+
 // Literal; false for an empty prefix or suffix.
 Boolean CFStringHasPrefix(CFStringRef theString, CFStringRef prefix);
 Boolean CFStringHasSuffix(CFStringRef theString, CFStringRef suffix);
 
 // The characters around the unit at theIndex that belong together: surrogates, marks on a base.
 CFRange CFStringGetRangeOfComposedCharactersAtIndex(CFStringRef theString, CFIndex theIndex);
+
+// The lines that a range touches: where the first begins, where the last ends with its line end
+// (CR, LF, CR LF, or one of Unicode's) and without it. Any of the three may be NULL.
+void CFStringGetLineBounds(CFStringRef theString, CFRange range, CFIndex* lineBeginIndex,
+                           CFIndex* lineEndIndex, CFIndex* contentsEndIndex);
 
 // --- Splitting and joining.
 
@@ -240,7 +280,8 @@ void CFStringPad(CFMutableStringRef theString, CFStringRef padString, CFIndex le
 void CFStringTrim(CFMutableStringRef theString, CFStringRef trimString);
 void CFStringTrimWhitespace(CFMutableStringRef theString);
 
-// Case with full mappings (sharp s becomes SS), the same for every language; `locale` is NULL.
+// Case with full mappings (sharp s becomes SS), in the ways of a locale's language (Turkish has two
+// letters i) or, with NULL, the same for every language.
 void CFStringLowercase(CFMutableStringRef theString, CFLocaleRef locale);
 void CFStringUppercase(CFMutableStringRef theString, CFLocaleRef locale);
 
@@ -251,5 +292,22 @@ void CFStringCapitalize(CFMutableStringRef theString, CFLocaleRef locale);
 void CFStringNormalize(CFMutableStringRef theString, CFStringNormalizationForm theForm);
 
 PLATFORM_DECLARATIONS_END
+
+// Prepares reading the units of a range, which must lie inside the string; the string must stay and
+// not change meanwhile.
+static inline void CFStringInitInlineBuffer(CFStringRef str, CFStringInlineBuffer* buf,
+                                            CFRange range) {
+    buf->theString = str;
+    buf->rangeToBuffer = range;
+    buf->directBuffer = CFStringGetCharactersPtr(str);
+    buf->bufferedRangeStart = buf->bufferedRangeEnd = 0;
+}
+
+// A unit by its place in the range; 0 outside it.
+static inline UniChar CFStringGetCharacterFromInlineBuffer(CFStringInlineBuffer* buf, CFIndex idx) {
+    if (idx < 0 || idx >= buf->rangeToBuffer.length) return 0;
+    if (buf->directBuffer) return buf->directBuffer[buf->rangeToBuffer.location + idx];
+    return CFStringGetCharacterAtIndex(buf->theString, buf->rangeToBuffer.location + idx);
+}
 
 #endif
