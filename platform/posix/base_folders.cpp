@@ -6,7 +6,9 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
+#include <string_view>
 
 namespace carbon {
 namespace {
@@ -19,9 +21,7 @@ std::string Variable(const char* inName) {
 }
 
 std::string BelowHome(const std::string& inPath) {
-    std::string home = Variable("HOME");
-    const passwd* user = home.empty() ? getpwuid(getuid()) : nullptr;
-    if (user != nullptr && user->pw_dir != nullptr) home = user->pw_dir;
+    const std::string home = HomeFolder();
     return home.empty() ? std::string() : home + "/" + inPath;
 }
 
@@ -34,7 +34,41 @@ std::string Folder(const char* inVariable, const std::string& inBelowHome) {
     return IsAbsolute(value) ? value : BelowHome(inBelowHome);
 }
 
+// A line of user-dirs.dirs: XDG_DESKTOP_DIR="$HOME/Desktop". The rules allow an absolute path or
+// one below the home, nothing else.
+std::string FolderInLine(const std::string& inLine, const std::string& inKind) {
+    const std::string start = "XDG_" + inKind + "_DIR=\"";
+    if (!inLine.starts_with(start) || !inLine.ends_with('"')) return {};
+    const std::string value = inLine.substr(start.size(), inLine.size() - start.size() - 1);
+    constexpr std::string_view kHome = "$HOME/";
+    if (value.starts_with(kHome)) return BelowHome(value.substr(kHome.size()));
+    return IsAbsolute(value) ? value : std::string();
+}
+
 }  // namespace
+
+std::string HomeFolder() {
+    std::string home = Variable("HOME");
+    const passwd* user = home.empty() ? getpwuid(getuid()) : nullptr;
+    if (user != nullptr && user->pw_dir != nullptr) home = user->pw_dir;
+    return home;
+}
+
+std::string ConfigFolder() {
+    return Folder("XDG_CONFIG_HOME", ".config");
+}
+
+std::string CacheFolder() {
+    return Folder("XDG_CACHE_HOME", ".cache");
+}
+
+std::string UserFolder(const std::string& inKind, const std::string& inDefault) {
+    std::ifstream file(ConfigFolder() + "/user-dirs.dirs");
+    for (std::string line; std::getline(file, line);) {
+        if (auto folder = FolderInLine(line, inKind); !folder.empty()) return folder;
+    }
+    return BelowHome(inDefault);
+}
 
 std::string StateFolder() {
     const std::string state = Folder("XDG_STATE_HOME", ".local/state");

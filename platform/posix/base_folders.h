@@ -14,4 +14,14 @@ std::string StateFolder();
 // in the order in which they are to be searched. Relative ones are left out.
 std::vector<std::string> DataFolders();
 
+// $HOME, else what the system's list of users says. Empty when there is none.
+std::string HomeFolder();
+// $XDG_CONFIG_HOME or ~/.config, $XDG_CACHE_HOME or ~/.cache; not made.
+std::string ConfigFolder();
+std::string CacheFolder();
+
+// The user's folder of one kind ("DESKTOP", "DOCUMENTS") as user-dirs.dirs says, else the folder
+// `inDefault` in the home.
+std::string UserFolder(const std::string& inKind, const std::string& inDefault);
+
 }  // namespace carbon

@@ -44,12 +44,12 @@ PLATFORM_DECLARATIONS_BEGIN
 //   folderType    of those above
 //   createFolder  whether to make a missing one; never made are the system folder and roots
 //   foundVRefNum, foundDirID  where it is; 0 after an error. Each may be null
-// Returns nsvErr; fnfErr when it is missing, or there is none of that type there; paramErr for
-// null; or why it could not be made (afpAccessDenied, wPrErr, dskFulErr ...).
+// Returns nsvErr; fnfErr when it is missing, or there is none of that type there; or why it could
+// not be made (afpAccessDenied, wPrErr, dskFulErr ...).
 OSErr FindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFolder,
                  FSVolumeRefNum* foundVRefNum, SInt32* foundDirID);
 
-// The same, as a reference.
+// The same, as a reference; paramErr for null.
 OSErr FSFindFolder(FSVolumeRefNum vRefNum, OSType folderType, Boolean createFolder,
                    FSRef* foundRef);
 
