@@ -133,6 +133,13 @@ struct UnsignedWide {
 };
 typedef struct UnsignedWide UnsignedWide;
 
+// A signed number of 64 bits, its high half first.
+struct wide {
+    SInt32 hi;
+    UInt32 lo;
+};
+typedef struct wide wide;
+
 // Names one process while it runs. {0, 0} is no process, {0, 2} the calling one; real numbers are
 // never used again.
 struct ProcessSerialNumber {

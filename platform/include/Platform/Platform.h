@@ -61,19 +61,46 @@ UInt32 PlatformCountPointers(void);
 
 // --- Folders mounted as volumes ---
 
+// What such a volume lacks or is, beside being a volume like any other. The calls behind a
+// capability that is taken away refuse, and its bit is clear.
+enum {
+    kPlatformMountNoCatalogSearch = 0x0001,
+    kPlatformMountNoDesktopManager = 0x0002,
+    kPlatformMountHardwareLocked = 0x0004,  // may not be changed: wPrErr
+    kPlatformMountSoftwareLocked = 0x0008,  // may not be changed: vLckdErr; PBSetVInfo can end it
+    kPlatformMountEjectable = 0x0010,
+    kPlatformMountRemote = 0x0020,  // a server's: with a file system ID, a server's address and a
+                                    // mount record
+    kPlatformMountNoOpenDeny = 0x0040,
+    kPlatformMountNoMoveRename = 0x0080,
+    kPlatformMountNoCopyFile = 0x0100,
+    kPlatformMountNoFileIDs = 0x0200,
+    kPlatformMountNoAccessControl = 0x0400,
+    kPlatformMountNoUserGroupList = 0x0800,
+    kPlatformMountNoFolderLock = 0x1000,
+    kPlatformMountNoExchange = 0x2000,
+    kPlatformMountNoOpenDataFork = 0x4000,      // PBHOpenDF answers paramErr, PBHOpen works
+    kPlatformMountNoVolumeParameters = 0x8000,  // PBHGetVolParms answers paramErr
+    kPlatformMountParametersVersion1 = 0x10000  // PBHGetVolParms gives the first 14 bytes
+};
+
 // Makes a folder the root of a volume of its own, behind the volumes that are there already, for
 // every process of the user. It stays so until it is unmounted or the computer restarts, also after
 // this process has ended, and has the same number each time.
 //   path     of a folder; UTF-8
 //   name     the volume's, UTF-8; null for the folder's own. Cut to 27 characters; a number is
-//   added
-//            where another volume has that name
+//            added where another volume has that name
+//   options  those above, added up; they hold until it is unmounted
 // Returns fnfErr or dirNFErr when there is no such folder, volOnLinErr when it is a volume's root
-// already, ioErr when the list of such folders cannot be written.
+// already, ioErr when the list of such folders cannot be written, paramErr for unknown options.
+OSErr PlatformMountFolderWithOptions(const char* path, const char* name, OptionBits options,
+                                     FSVolumeRefNum* vRefNum);
+
+// The same without options.
 OSErr PlatformMountFolder(const char* path, const char* name, FSVolumeRefNum* vRefNum);
 
-// Ends that; the folder and its files stay. Returns nsvErr, and fBsyErr for a volume that was not
-// mounted by PlatformMountFolder.
+// Ends that, also while forks on it are open, which go on; the folder and its files stay. Returns
+// nsvErr, and fBsyErr for a volume that is no mounted folder.
 OSErr PlatformUnmountFolder(FSVolumeRefNum vRefNum);
 
 PLATFORM_DECLARATIONS_END
