@@ -7,6 +7,7 @@
 #include <Carbon/MacErrors.h>
 
 #include <algorithm>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -24,6 +25,10 @@ constexpr AppleEvent kNoEvent = {typeNull, nullptr};
 AppleEvent gCurrent = kNoEvent;
 std::vector<Dispatch*> gRunning;  // the innermost last
 std::vector<Dispatch> gSuspended;
+
+// Answers to quit events that were taken well.
+std::vector<Dispatch> gFarewells;
+std::thread::id gFarewellThread;
 
 bool IsSame(const AppleEvent& inFirst, const AppleEvent& inSecond) {
     return inFirst.dataHandle == inSecond.dataHandle;
@@ -135,6 +140,11 @@ OSErr Redispatch(Dispatch* ioDispatch, AEEventHandlerUPP inDispatcher, SInt32 in
     return noErr;
 }
 
+bool IsQuit(const Dispatch& inDispatch) {
+    const EventCodes codes = CodesOf(inDispatch.event);
+    return codes.eventClass == kCoreEventClass && codes.id == kAEQuitApplication;
+}
+
 }  // namespace
 
 const AppleEvent& TheCurrentEvent() {
@@ -151,8 +161,19 @@ OSErr DispatchQueued(const QueuedEvent& inQueued) {
     Dispatch dispatch;
     OSErr result = PrepareDispatch(inQueued, &dispatch);
     if (result == noErr) result = RunDispatch(&dispatch);
-    if (!dispatch.isSuspended) Finish(&dispatch);
+    if (dispatch.isSuspended) return result;
+    if (result == noErr && IsReplyWanted(dispatch) && IsQuit(dispatch)) {
+        gFarewells.push_back(dispatch);
+        gFarewellThread = std::this_thread::get_id();
+    } else {
+        Finish(&dispatch);
+    }
     return result;
+}
+
+void AnswerQuits() {
+    if (gFarewells.empty() || gFarewellThread != std::this_thread::get_id()) return;
+    for (Dispatch& dispatch : std::exchange(gFarewells, {})) Finish(&dispatch);
 }
 
 void Refuse(const QueuedEvent& inQueued, OSErr inError) {

@@ -19,7 +19,8 @@ struct Dispatch {
 // reply are kept here and ioDispatch has them no more.
 OSErr RunDispatch(Dispatch* ioDispatch);
 
-// Dispatches an event taken from the queue, sends its reply and disposes both.
+// Dispatches an event taken from the queue, sends its reply and disposes both. The reply to a quit
+// event that was taken well is kept for AnswerQuits.
 OSErr DispatchQueued(const QueuedEvent& inQueued);
 
 // Answers an event with an error and without a handler.

@@ -41,6 +41,7 @@ const QueuedEvent* WaitFor(EventMask inMask, Moment inUntil) {
 }
 
 Boolean Next(EventMask inMask, EventRecord* outRecord, Moment inUntil, bool inTake) {
+    AnswerQuits();
     const QueuedEvent* event = WaitFor(inMask, inUntil);
     *outRecord = event ? event->record : NullEvent();
     if (!event) return false;

@@ -135,6 +135,7 @@ OSErr SendOperation::AwaitReply(AppleEvent* outReply) {
 
 OSErr SendOperation::WaitABit(Moment inUntil) {
     DispatchArrived();
+    AnswerQuits();
     mNow = Clock::now();
     if (mOptions.idle && CallIdle()) return errAEWaitCanceled;
     if (std::exchange(mWaiter.timerWasReset, false) && mDeadline != kNever)

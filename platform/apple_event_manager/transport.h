@@ -16,6 +16,11 @@ OSErr StartListening(const std::string& inPath);
 // Takes the socket away again; for the end of the process.
 void StopListening();
 
+// Sends the answers to quit events that this thread has taken. They are kept until the program
+// waits for something else, else until it is off the list of processes: whoever is told of the yes
+// and looks for the program next must not meet one that is about to go.
+void AnswerQuits();
+
 enum class ControlKind : UInt32 {
     kWakeUp = 'wake',           // ends the sleep of the target's event wait
     kSuspend = 'susp',          // the target left the front

@@ -49,6 +49,7 @@ void LeaveTable() {
     if (!sOwn.checkedIn) return;
     // The thread that holds the slot may be another one; the kernel lets go of it with the process.
     if (sOwn.table->IsCurrent() && IsOwnNumber(sOwn.slot->number)) Withdraw(*sOwn.slot);
+    AnswerQuits();
     StopListening();
     sOwn.checkedIn = false;
 }

@@ -166,6 +166,16 @@ TEST_P(Conversation, WritingRunsToItsEnd) {
     EXPECT_EQ(VantorEjectDisc(), noErr);
 }
 
+// A recorder that had said yes to quitting and was still listed got server mode put off; when it
+// went in between, that launched another one, which nobody ended.
+TEST_P(Conversation, ASessionThatLaunchedLeavesNoRecorderBehind) {
+    for (int i = 0; i < 10; ++i) {
+        ASSERT_EQ(VantorInitiateSession(), noErr);
+        ASSERT_EQ(VantorTerminateSession(), noErr);
+        EXPECT_FALSE(IsListed());
+    }
+}
+
 TEST_P(Conversation, ARecorderThatIsKilledIsGoneAndLaunchedAgain) {
     ASSERT_EQ(VantorGetStatusCode(nullptr), noErr);
     KillRecorder();

@@ -1,9 +1,10 @@
 // A program that answers the events of class 'Test', each in its own way.
 //
-//   event_server [--late MS] [--deaf]
+//   event_server [--late MS] [--deaf] [--stays] [--asks NUMBER]
 //
 // Prints the low word of its serial number once it can be sent to. --late waits before its first
-// Carbon call; --deaf never runs an event loop.
+// Carbon call; --deaf never runs an event loop; --stays says yes to quitting and goes on; --asks
+// has it ask another server, which answers after 2 s, once it has left its loop.
 #include <unistd.h>
 
 #include <csignal>
@@ -104,6 +105,17 @@ OSErr Die(const AppleEvent*, AppleEvent*, SInt32 inCleanly) {
     return static_cast<OSErr>(raise(SIGKILL));
 }
 
+OSErr Stay(const AppleEvent*, AppleEvent*, SInt32) {
+    return noErr;
+}
+
+OSErr AskBeforeGoing(UInt32 inOther) {
+    OwnedDesc event, answer;
+    MakeEvent(Numbered(inOther), 'slow', &event);
+    PutLong(&event, keyDirectObject, 2000);
+    return AESend(&event, &answer, kAEWaitReply, kAENormalPriority, kNoTimeOut, nullptr, nullptr);
+}
+
 void InstallHandlers() {
     const struct {
         AEEventID id;
@@ -123,10 +135,15 @@ void InstallHandlers() {
 
 int main(int argc, char** argv) {
     bool isDeaf = false;
+    UInt32 asked = 0;
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--late") == 0 && i + 1 < argc)
             usleep(static_cast<useconds_t>(std::atoi(argv[++i])) * 1000);
         if (std::strcmp(argv[i], "--deaf") == 0) isDeaf = true;
+        if (std::strcmp(argv[i], "--stays") == 0)
+            AEInstallEventHandler(kCoreEventClass, kAEQuitApplication, Stay, 0, false);
+        if (std::strcmp(argv[i], "--asks") == 0 && i + 1 < argc)
+            asked = static_cast<UInt32>(std::atoi(argv[++i]));
     }
     InstallHandlers();
     ProcessSerialNumber self;
@@ -135,5 +152,5 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
     while (isDeaf) pause();
     RunApplicationEventLoop();
-    return 0;
+    return asked == 0 ? 0 : AskBeforeGoing(asked);
 }

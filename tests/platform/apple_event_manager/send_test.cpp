@@ -37,10 +37,10 @@ class Send : public testing::Test {
         ASSERT_NE(mServer.Psn().lowLongOfPSN, 0u);
     }
 
-    void Make(AEEventID inID) {
+    void Make(AEEventID inID, AEEventClass inClass = kTestClass) {
         AEDisposeDesc(&mEvent);
         AEDisposeDesc(&mReply);
-        ASSERT_EQ(MakeEvent(mServer.Psn(), inID, &mEvent), noErr);
+        ASSERT_EQ(MakeEvent(mServer.Psn(), inID, &mEvent, inClass), noErr);
     }
     OSErr Go(AESendMode inMode = kAEWaitReply, SInt32 inTimeOut = kTenSeconds,
              AEIdleUPP inIdle = nullptr, AEFilterUPP inFilter = nullptr) {
@@ -51,6 +51,11 @@ class Send : public testing::Test {
         Make(inID);
         PutLong(&mEvent, keyDirectObject, inValue);
         return Go(kAEWaitReply, inTimeOut, inIdle);
+    }
+    bool IsListed() {
+        pid_t pid;
+        const ProcessSerialNumber psn = mServer.Psn();
+        return GetProcessPID(&psn, &pid) == noErr;
     }
     SInt32 Answer() const { return LongIn(mReply, keyDirectObject); }
     SInt32 Error() const { return LongIn(mReply, keyErrorNumber, noErr); }
@@ -63,6 +68,36 @@ TEST_F(Send, ReplyComesBack) {
     EXPECT_EQ(Ask('echo', 0x12345678), noErr);
     EXPECT_EQ(Answer(), 0x12345678);
     EXPECT_EQ(Error(), noErr);
+}
+
+TEST_F(Send, AnswerToQuitComesWhenTheProgramIsOffTheList) {
+    for (int i = 0; i < 5; ++i) {
+        mServer = StartServer();
+        ASSERT_TRUE(IsListed());
+        Make(kAEQuitApplication, kCoreEventClass);
+        ASSERT_EQ(Go(), noErr);
+        EXPECT_FALSE(IsListed());
+        EXPECT_EQ(Error(), noErr);
+        EXPECT_EQ(mServer.Wait(), 0);
+    }
+}
+
+TEST_F(Send, AnswerToQuitComesAlsoFromAProgramThatGoesOn) {
+    mServer = StartServer({"--stays"});
+    Make(kAEQuitApplication, kCoreEventClass);
+    EXPECT_EQ(Go(), noErr);
+    EXPECT_EQ(Error(), noErr);
+    EXPECT_EQ(Ask('echo', 5), noErr);
+}
+
+TEST_F(Send, AnswerToQuitDoesNotWaitForAProgramThatAsksOthersBeforeItGoes) {
+    EventPeer other = StartServer();
+    mServer = StartServer({"--asks", std::to_string(other.Psn().lowLongOfPSN)});
+    Make(kAEQuitApplication, kCoreEventClass);
+    EXPECT_EQ(Go(), noErr);
+    EXPECT_EQ(Error(), noErr);
+    EXPECT_TRUE(IsListed());
+    EXPECT_EQ(mServer.Wait(), 0);
 }
 
 TEST_F(Send, EventStaysTheCallersAndCanBeSentAgain) {
