@@ -1,21 +1,15 @@
-// Finder information of an object, wherever it is kept.
+// Finder information of an object, and its way into the machine's byte order and back.
 #pragma once
 
-#include <Carbon/Finder.h>
-
-#include "file_manager/apple_double.h"
+#include "file_manager/metadata.h"
 #include "file_manager/objects.h"
 
 namespace carbon {
 
-// What is kept outside the file itself. Without a companion the Finder information comes from the
-// attribute that some programs write; zeros when nobody recorded any.
-struct Metadata {
-    UInt8 finderInfo[16] = {};     // an FInfo or DInfo in the machine's byte order
-    UInt8 extFinderInfo[16] = {};  // an FXInfo or DXInfo
-    AppleDoubleFacts facts;
-};
-
+// The metadata of an object in hand; a damaged companion tells nothing.
 Metadata MetadataOf(const Object& inObject);
+
+// Between the machine's order and the file's: a file's records (FInfo, FXInfo) or a folder's.
+void ExchangeByteOrder(bool inIsFolder, Metadata* ioMetadata);
 
 }  // namespace carbon

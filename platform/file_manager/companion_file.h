@@ -1,0 +1,42 @@
+// The companion of one object on disk: found, read, replaced at one stroke.
+#pragma once
+
+#include <span>
+
+#include "file_manager/apple_double_document.h"
+#include "file_manager/metadata.h"
+#include "file_manager/object_guard.h"
+#include "file_manager/shared_counter.h"
+
+namespace carbon {
+
+// A companion as it was read. Without one the document holds what extended attributes told.
+struct Companion {
+    CompanionState state = CompanionState::kNone;
+    UniqueFd file;  // open for reading; where a resource fork is in an attribute, a copy of that
+    AppleDoubleDocument document;
+    UInt32 forkOffset = 0;  // in `file`
+    UInt32 forkLength = 0;
+};
+
+// The errors of reading that are no matter of form: afpAccessDenied, ioErr, tmfoErr.
+OSErr ReadCompanion(const MetadataOwner& inOwner, Companion* outCompanion);
+
+// Writes `ioCompanion` with its own fork, or with `inFork` in its place, and puts it in the place
+// of the old one. Only under the object's guard.
+OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
+                       const Companion& inCompanion);
+OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
+                       const Companion& inCompanion, std::span<const UInt8> inFork);
+
+// Counts the companions that any process of the user has replaced, for those who keep one open.
+SharedCounter& ReplacedCompanions();
+
+// The name that a companion of this object is written under at first.
+inline constexpr char kUnfinishedPrefix[] = "._~unfinished-";
+std::string UnfinishedCompanion(const MetadataOwner& inOwner, const struct stat& inObject);
+
+// errno as a code, for the companion of an object that is there.
+OSErr CompanionError(int inErrno);
+
+}  // namespace carbon

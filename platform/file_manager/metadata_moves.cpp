@@ -1,0 +1,120 @@
+// Owns what happens to companions when their objects move or go.
+#include <Carbon/MacErrors.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+
+#include "file_manager/companion_file.h"
+#include "file_manager/names.h"
+#include "file_manager/object_status.h"
+#include "posix/os_err.h"
+
+namespace carbon {
+
+namespace {
+
+enum class Kind { kNone, kAppleDouble, kOther };
+
+Kind KindOf(const std::string& inCompanion) {
+    struct stat facts;
+    if (lstat(inCompanion.c_str(), &facts) != 0) return Kind::kNone;
+    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    const UniqueFd file(open(inCompanion.c_str(), flags));
+    if (!file || !S_ISREG(facts.st_mode)) return Kind::kOther;
+    return IsAppleDouble(BytesAt(file.Get(), 0, kAppleDoubleListOffset)) ? Kind::kAppleDouble
+                                                                         : Kind::kOther;
+}
+
+bool Exists(const std::string& inPath) {
+    struct stat facts;
+    return lstat(inPath.c_str(), &facts) == 0;
+}
+
+bool AreOneObject(const std::string& inOne, const std::string& inOther) {
+    struct stat one, other;
+    return lstat(inOne.c_str(), &one) == 0 && lstat(inOther.c_str(), &other) == 0 &&
+           one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+// Where two names mean one entry (they differ in case, on a disk without case) nothing is lost.
+OSErr RenameToNew(const std::string& inFrom, const std::string& inTo) {
+    if (AreOneObject(inFrom, inTo))
+        return rename(inFrom.c_str(), inTo.c_str()) == 0 ? OSErr(noErr) : CompanionError(errno);
+    if (renameat2(AT_FDCWD, inFrom.c_str(), AT_FDCWD, inTo.c_str(), RENAME_NOREPLACE) == 0)
+        return noErr;
+    if (errno != EINVAL && errno != ENOSYS) return CompanionError(errno);
+    if (Exists(inTo)) return dupFNErr;  // Linux: some file systems cannot ask and rename at once.
+    return rename(inFrom.c_str(), inTo.c_str()) == 0 ? OSErr(noErr) : CompanionError(errno);
+}
+
+// Gives the companion its second name. False where the file system has no links.
+OSErr LinkCompanion(const std::string& inFrom, const std::string& inTo, bool* outIsLinked) {
+    *outIsLinked = link(inFrom.c_str(), inTo.c_str()) == 0;
+    if (*outIsLinked || errno == EPERM || errno == EOPNOTSUPP || errno == EMLINK) return noErr;
+    return CompanionError(errno);
+}
+
+OSErr RemoveRemains(const std::string& inCompanion) {
+    if (KindOf(inCompanion) != Kind::kAppleDouble) return noErr;
+    if (unlink(inCompanion.c_str()) == 0 || errno == ENOENT) return noErr;
+    return CompanionError(errno);
+}
+
+// The companion has both names for a moment, so that the object has it under either.
+OSErr MoveBoth(const std::string& inFrom, const std::string& inTo, const std::string& inCompanion,
+               const std::string& inNewCompanion) {
+    bool isLinked = false;
+    OSErr error = LinkCompanion(inCompanion, inNewCompanion, &isLinked);
+    if (error == noErr) error = RenameToNew(inFrom, inTo);
+    if (error != noErr) {
+        if (isLinked) unlink(inNewCompanion.c_str());
+        return error;
+    }
+    const int result = isLinked ? unlink(inCompanion.c_str())
+                                : rename(inCompanion.c_str(), inNewCompanion.c_str());
+    return result == 0 || errno == ENOENT ? OSErr(noErr) : CompanionError(errno);
+}
+
+}  // namespace
+
+OSErr MoveWithMetadata(const std::string& inFrom, const std::string& inTo) {
+    ObjectGuard guard;
+    if (const OSErr error = guard.Take(inFrom)) return error;
+    if (AreOneObject(inFrom, inTo) && inFrom == inTo) return noErr;
+    const auto companion = CompanionPath(inFrom, false);
+    const auto newCompanion = CompanionPath(inTo, false);
+    const bool isSameEntry = AreOneObject(inFrom, inTo);
+    if (Exists(inTo) && !isSameEntry) return dupFNErr;
+    if (!isSameEntry) {
+        if (const OSErr error = RemoveRemains(newCompanion)) return error;
+    }
+    if (KindOf(companion) == Kind::kNone || isSameEntry) {
+        const OSErr error = RenameToNew(inFrom, inTo);
+        if (error != noErr || !Exists(companion)) return error;
+        return RenameToNew(companion, newCompanion);
+    }
+    if (Exists(newCompanion)) return dupFNErr;  // no AppleDouble file: not ours to remove
+    return MoveBoth(inFrom, inTo, companion, newCompanion);
+}
+
+OSErr RemoveMetadata(const MetadataOwner& inOwner) {
+    return RemoveRemains(inOwner.Companion());
+}
+
+OSErr RemoveOrphanedMetadata(const std::string& inFolder) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(inFolder, error)) {
+        const auto name = entry.path().filename().string();
+        if (!IsCompanionName(name) || name == "._.") continue;
+        if (Exists(PathInFolder(inFolder, name.substr(2)))) continue;
+        const auto path = entry.path().string();
+        const bool isUnfinished = name.starts_with(kUnfinishedPrefix);
+        if (isUnfinished && unlink(path.c_str()) != 0) return CompanionError(errno);
+        if (const OSErr result = RemoveRemains(path)) return result;
+    }
+    return OSErrFromErrno(error.value());
+}
+
+}  // namespace carbon
