@@ -7,12 +7,9 @@
 #include <cstddef>
 #include <cstdlib>
 
-#ifdef __has_feature
-#if __has_feature(address_sanitizer) && !defined(__SANITIZE_ADDRESS__)
-#define __SANITIZE_ADDRESS__ 1
-#endif
-#endif
-#ifdef __SANITIZE_ADDRESS__
+#include "posix/address_sanitizer.h"
+
+#ifdef PLATFORM_CHECKS_ADDRESSES
 #include <sanitizer/asan_interface.h>
 #endif
 
@@ -45,7 +42,7 @@ size_t Footprint(Size inCapacity) {
 // Bytes between size and capacity are nobody's: address checking reports whoever touches them.
 void SetSize(BlockHeader* inHeader, Size inSize) {
     inHeader->size = inSize;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef PLATFORM_CHECKS_ADDRESSES
     const Ptr bytes = BytesOf(inHeader);
     __asan_unpoison_memory_region(bytes, size_t(inSize));
     __asan_poison_memory_region(bytes + inSize, size_t(inHeader->capacity - inSize));

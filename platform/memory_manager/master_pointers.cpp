@@ -6,12 +6,9 @@
 
 #include <mutex>
 
-#ifdef __has_feature
-#if __has_feature(address_sanitizer) && !defined(__SANITIZE_ADDRESS__)
-#define __SANITIZE_ADDRESS__ 1
-#endif
-#endif
-#ifdef __SANITIZE_ADDRESS__
+#include "posix/address_sanitizer.h"
+
+#ifdef PLATFORM_CHECKS_ADDRESSES
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -41,7 +38,7 @@ bool Reserve() {
         void* area =
             mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
         if (area == MAP_FAILED) continue;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef PLATFORM_CHECKS_ADDRESSES
         __lsan_register_root_region(area, size);
 #endif
         gPool.reserved = UInt32(size / sizeof(MasterPointer));

@@ -70,15 +70,6 @@ class EngineTest : public ::testing::Test {
         WriteFile(inPath, inBytes, inSeed);
     }
 
-    // Names in a folder, hidden ones too.
-    static std::vector<std::string> NamesIn(const fs::path& inFolder) {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(inFolder))
-            names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
     TemporaryHome mHome;
     fs::path mRoot, mSource, mImage;
 };

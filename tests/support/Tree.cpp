@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <fstream>
 #include <random>
-#include <set>
 
 namespace fs = std::filesystem;
 
@@ -70,14 +69,15 @@ void WriteSparseFile(const fs::path& inPath, long long inBytes) {
     close(fd);
 }
 
-namespace {
-
-std::set<std::string> NamesIn(const fs::path& inFolder) {
-    std::set<std::string> names;
+std::vector<std::string> NamesIn(const fs::path& inFolder) {
+    std::vector<std::string> names;
     for (const auto& entry : fs::directory_iterator(inFolder))
-        names.insert(entry.path().filename());
+        names.push_back(entry.path().filename());
+    std::sort(names.begin(), names.end());
     return names;
 }
+
+namespace {
 
 bool SameContent(const fs::path& inLeft, const fs::path& inRight) {
     std::ifstream left(inLeft, std::ios::binary), right(inRight, std::ios::binary);
@@ -98,12 +98,13 @@ void CompareFolders(const fs::path& inLeft, const fs::path& inRight,
                     std::vector<std::string>& ioDifferences) {
     const auto left = NamesIn(inLeft), right = NamesIn(inRight);
     for (const auto& name : left)
-        if (right.contains(name))
+        if (std::binary_search(right.begin(), right.end(), name))
             Compare(inLeft / name, inRight / name, ioDifferences);
         else
             ioDifferences.push_back("missing: " + (inLeft / name).string());
     for (const auto& name : right)
-        if (!left.contains(name)) ioDifferences.push_back("extra: " + (inRight / name).string());
+        if (!std::binary_search(left.begin(), left.end(), name))
+            ioDifferences.push_back("extra: " + (inRight / name).string());
 }
 
 void Compare(const fs::path& inLeft, const fs::path& inRight,

@@ -22,3 +22,6 @@ void WriteSparseFile(const std::filesystem::path& inPath, long long inBytes);
 // Every difference between two trees, one line each: names, kinds, link targets, contents.
 std::vector<std::string> DifferencesOf(const std::filesystem::path& inLeft,
                                        const std::filesystem::path& inRight);
+
+// The names in a folder, sorted, hidden ones too.
+std::vector<std::string> NamesIn(const std::filesystem::path& inFolder);

@@ -109,3 +109,15 @@ inline Desc Longs(std::initializer_list<SInt32> inValues) {
     }
     return list;
 }
+
+// The keys of a record, one after the other.
+inline std::string Keys(const Desc& inRecord) {
+    std::string keys;
+    for (SInt32 i = 1; i <= Count(inRecord); ++i) {
+        AEKeyword key = 0;
+        EXPECT_EQ(AEGetNthPtr(&inRecord, i, typeWildCard, &key, nullptr, nullptr, 0, nullptr),
+                  noErr);
+        keys += Big(key);
+    }
+    return keys;
+}

@@ -30,17 +30,6 @@ void Put(Desc& ioRecord, AEKeyword inKey, std::string_view inText) {
     ASSERT_EQ(AEPutParamPtr(&ioRecord, inKey, typeChar, inText.data(), Size(inText.size())), noErr);
 }
 
-std::string Keys(const Desc& inRecord) {
-    std::string keys;
-    for (SInt32 i = 1; i <= Count(inRecord); ++i) {
-        AEKeyword key = 0;
-        EXPECT_EQ(AEGetNthPtr(&inRecord, i, typeWildCard, &key, nullptr, nullptr, 0, nullptr),
-                  noErr);
-        keys += Big(key);
-    }
-    return keys;
-}
-
 }  // namespace
 
 TEST(Record, ReplacesAKeyInItsPlace) {

@@ -3,17 +3,6 @@
 
 namespace {
 
-std::string Keys(const Desc& inRecord) {
-    std::string keys;
-    for (SInt32 i = 1; i <= Count(inRecord); ++i) {
-        AEKeyword key = 0;
-        EXPECT_EQ(AEGetNthPtr(&inRecord, i, typeWildCard, &key, nullptr, nullptr, 0, nullptr),
-                  noErr);
-        keys += Big(key);
-    }
-    return keys;
-}
-
 void ExpectItem(const Desc& inRecord, AEKeyword inKey, DescType inType, std::string_view inBytes) {
     const Desc item = Param(inRecord, inKey);
     EXPECT_EQ(item.Type(), inType);

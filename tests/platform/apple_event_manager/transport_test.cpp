@@ -54,6 +54,16 @@ class Transport : public testing::Test {
             socket.Reset();
         return socket;
     }
+    // More connections than the server keeps, each used once.
+    std::vector<UniqueFd> Crowd() {
+        std::vector<UniqueFd> sockets;
+        for (int i = 0; i < carbon::kMaximumConnections + 40; ++i) {
+            sockets.push_back(Connect());
+            EXPECT_TRUE(sockets.back());
+            Say(sockets.back(), Packet({FrameKind::kWakeUp, 0, mSelf}));
+        }
+        return sockets;
+    }
     static bool Say(const UniqueFd& inSocket, const Bytes& inPacket) {
         return send(inSocket.Get(), inPacket.data(), inPacket.size(), MSG_NOSIGNAL) >= 0;
     }
@@ -218,12 +228,7 @@ TEST_F(Transport, EventsBeyondTheLimitOfOneConnectionWait) {
 
 // More clients than one process may have: those that are idle make room, and lose nothing by it.
 TEST_F(Transport, IdleConnectionsMakeRoomForNewOnes) {
-    std::vector<UniqueFd> sockets;
-    for (int i = 0; i < carbon::kMaximumConnections + 40; ++i) {
-        sockets.push_back(Connect());
-        ASSERT_TRUE(sockets.back());
-        Say(sockets.back(), Packet({FrameKind::kWakeUp, 0, mSelf}));
-    }
+    const std::vector<UniqueFd> sockets = Crowd();
     EXPECT_TRUE(ServerAnswers());
     EXPECT_TRUE(ServerAnswers());
     EXPECT_TRUE(IsHungUp(sockets.front()));
@@ -238,12 +243,7 @@ TEST_F(Transport, HalfReceivedEventKeepsItsConnection) {
     ASSERT_TRUE(Say(slow, Packet(header, Bytes(event.begin(), middle))));
     EXPECT_TRUE(ServerAnswers());
     EXPECT_TRUE(ServerAnswers());
-    std::vector<UniqueFd> sockets;
-    for (int i = 0; i < carbon::kMaximumConnections + 40; ++i) {
-        sockets.push_back(Connect());
-        ASSERT_TRUE(sockets.back());
-        Say(sockets.back(), Packet({FrameKind::kWakeUp, 0, mSelf}));
-    }
+    const std::vector<UniqueFd> sockets = Crowd();
     EXPECT_TRUE(ServerAnswers());
     ASSERT_TRUE(Say(slow, Bytes(middle, event.end())));
     UInt8 reply[4096];

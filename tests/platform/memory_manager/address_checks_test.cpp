@@ -2,12 +2,9 @@
 #include <Carbon/MacMemory.h>
 #include <gtest/gtest.h>
 
-#ifdef __has_feature
-#if __has_feature(address_sanitizer) && !defined(__SANITIZE_ADDRESS__)
-#define __SANITIZE_ADDRESS__ 1
-#endif
-#endif
-#ifdef __SANITIZE_ADDRESS__
+#include "posix/address_sanitizer.h"
+
+#ifdef PLATFORM_CHECKS_ADDRESSES
 namespace {
 
 TEST(AddressChecksDeathTest, SeeAWriteBehindABlockThatHasRoomToGrow) {

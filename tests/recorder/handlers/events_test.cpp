@@ -133,13 +133,6 @@ class Recorder : public ::testing::Test {
         EXPECT_EQ(VantorGetStatusCode(&status), noErr);
         return status;
     }
-    static std::vector<std::string> NamesIn(const fs::path& inFolder) {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(inFolder))
-            names.push_back(entry.path().filename());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
 
     fs::path mRoot, mSource, mImage;
     const fs::path mDrive = gHome.Root() / "data/vantor/drives/image";
