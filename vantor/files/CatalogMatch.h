@@ -10,21 +10,24 @@ class CatalogMatch {
 
     // Whether the criteria go together: noErr or paramErr. To be called first.
     OSErr Check();
-    // `inName` is the item's, and is not looked at unless the search is for a name.
-    bool Matches(const CInfoPBRec& inItem, ConstStr255Param inName) const;
+    // Whether an item, of this name, is one that is sought.
+    bool Matches(const CInfoPBRec& inItem, ConstStringPtr inName) const;
 
   private:
-    OSErr CheckRecords() const;
-    OSErr CheckName();
-    OSErr CheckAttributes();
-    OSErr CheckKinds() const;
-    bool PassesAll(const CInfoPBRec& inItem, ConstStr255Param inName) const;
+    bool HasRecords() const;
+    bool TakeName();
+    bool TakeAttributes();
+    bool SuitsKinds() const;
+    bool PassesAll(const CInfoPBRec& inItem, ConstStringPtr inName) const;
+    bool PassesName(ConstStringPtr inName) const;
+    bool PassesNumbers(const CInfoPBRec& inItem) const;
+    bool PassesFinderInfo(const CInfoPBRec& inItem) const;
+    bool PassesRanges(const CInfoPBRec& inItem) const;
     bool TakesPart(const CInfoPBRec& inItem) const;
     bool Seeks(SInt32 inBits) const { return (mBlock.ioSearchBits & inBits) != 0; }
-    bool SeeksOnly(SInt32 inBits) const { return mBlock.ioSearchBits == inBits; }
 
     const CSParam& mBlock;
-    bool mFiles = true;    // take part
-    bool mFolders = true;  // take part
-    Str63 mCapitals = {};  // the name sought
+    bool mFiles = true;     // take part
+    bool mFolders = true;   // take part
+    Str255 mCapitals = {};  // the name sought
 };

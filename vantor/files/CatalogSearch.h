@@ -22,14 +22,14 @@ VANTOR_EXPORT OSErr PBCatSearchSyncCompat(CSParamPtr ioBlock);
 //   outFiles   room for `inRequested`
 //   outFound   0 after errors
 //   inNew      false goes on where the last call on this volume stopped
-VANTOR_EXPORT OSErr NameFileSearch(ConstStr255Param inVolName, SInt16 inVRefNum,
+VANTOR_EXPORT OSErr NameFileSearch(ConstStr255Param inVolName, FSVolumeRefNum inVRefNum,
                                    ConstStr255Param inFileName, FSSpecPtr outFiles,
                                    SInt32 inRequested, SInt32* outFound, Boolean inNew,
                                    Boolean inPartial);
 
 // The files of a volume with this creator and type; 0 for any. The rest as above, with a position
 // of its own.
-VANTOR_EXPORT OSErr CreatorTypeFileSearch(ConstStr255Param inVolName, SInt16 inVRefNum,
+VANTOR_EXPORT OSErr CreatorTypeFileSearch(ConstStr255Param inVolName, FSVolumeRefNum inVRefNum,
                                           OSType inCreator, OSType inFileType, FSSpecPtr outFiles,
                                           SInt32 inRequested, SInt32* outFound, Boolean inNew);
 

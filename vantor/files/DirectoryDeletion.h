@@ -12,9 +12,10 @@
 VANTOR_BEGIN_C
 
 // Empties the folder and keeps it. Returns dirNFErr when the name is that of a file.
-VANTOR_EXPORT OSErr DeleteDirectoryContents(SInt16 inVRefNum, SInt32 inDirID,
+VANTOR_EXPORT OSErr DeleteDirectoryContents(FSVolumeRefNum inVRefNum, SInt32 inDirID,
                                             ConstStr255Param inName);
 // Deletes the folder too.
-VANTOR_EXPORT OSErr DeleteDirectory(SInt16 inVRefNum, SInt32 inDirID, ConstStr255Param inName);
+VANTOR_EXPORT OSErr DeleteDirectory(FSVolumeRefNum inVRefNum, SInt32 inDirID,
+                                    ConstStr255Param inName);
 
 VANTOR_END_C

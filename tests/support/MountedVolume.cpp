@@ -1,0 +1,119 @@
+// Mounting temporary folders, and filling them through the real managers.
+#include "support/MountedVolume.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include "support/PascalString.h"
+#include "vantor/foundation/LException.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string MacPath(const std::string& inPath) {
+    std::string path = ":" + inPath;
+    for (char& letter : path) {
+        if (letter == '/') letter = ':';
+    }
+    return path;
+}
+
+}  // namespace
+
+MountedVolume::MountedVolume(OptionBits inOptions, const std::string& inName) {
+    std::string pattern = "/tmp/vantor-volume-XXXXXX";
+    mRoot = mkdtemp(pattern.data());
+    ThrowIfError(
+        PlatformMountFolderWithOptions(mRoot.c_str(), inName.c_str(), inOptions, &mNumber));
+}
+
+MountedVolume::~MountedVolume() {
+    PlatformUnmountFolder(mNumber);
+    std::error_code ignored;
+    fs::remove_all(mRoot, ignored);
+}
+
+FSSpec MountedVolume::Spec(const std::string& inPath) const {
+    FSSpec spec;
+    const OSErr err = FSMakeFSSpec(mNumber, fsRtDirID, PString(inPath), &spec);
+    if (err != fnfErr) ThrowIfError(err);
+    return spec;
+}
+
+SInt32 MountedVolume::DirID(const std::string& inPath) const {
+    CInfoPBRec info = {};
+    Str255 name;
+    std::memcpy(name, PString(inPath), inPath.size() + 1);
+    info.dirInfo.ioNamePtr = name;
+    info.dirInfo.ioVRefNum = mNumber;
+    info.dirInfo.ioDrDirID = fsRtDirID;
+    ThrowIfError(PBGetCatInfoSync(&info));
+    return info.dirInfo.ioDrDirID;
+}
+
+FSSpec MountedVolume::MakeFile(const std::string& inPath, const std::string& inData) const {
+    fs::create_directories((mRoot / inPath).parent_path());
+    std::ofstream(mRoot / inPath, std::ios::binary) << inData;
+    return Spec(MacPath(inPath));
+}
+
+SInt32 MountedVolume::MakeFolder(const std::string& inPath) const {
+    fs::create_directories(mRoot / inPath);
+    return DirID(MacPath(inPath));
+}
+
+FSSpec MountedVolume::MakeFile(const std::string& inPath, OSType inCreator, OSType inType,
+                               const std::string& inData) const {
+    const FSSpec file = MakeFile(inPath, inData);
+    Sign(file, inCreator, inType);
+    return file;
+}
+
+FSSpec MountedVolume::MakeApplication(const std::string& inPath, OSType inCreator,
+                                      UInt32 inVersion) const {
+    const FSSpec file = MakeFile(inPath, inCreator, 'APPL');
+    AddResourceTo(file, 'vers', 1, BigEndianText(inVersion) + std::string("\0\0\0\0", 4));
+    return file;
+}
+
+std::string MountedVolume::Read(const std::string& inPath) const {
+    std::ifstream file(mRoot / inPath, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool MountedVolume::Has(const std::string& inPath) const {
+    return fs::exists(fs::symlink_status(mRoot / inPath));
+}
+
+void AddResourceTo(const FSSpec& inFile, ResType inType, SInt16 inID, const std::string& inData) {
+    FInfo info;
+    ThrowIfError(FSpGetFInfo(&inFile, &info));
+    FSpCreateResFile(&inFile, info.fdCreator, info.fdType, smRoman);
+    if (ResError() != dupFNErr) ThrowIfError(ResError());
+    const SInt16 before = CurResFile();
+    const SInt16 file = FSpOpenResFile(&inFile, fsRdWrPerm);
+    ThrowIfError(ResError());
+    Handle data = nullptr;
+    ThrowIfError(PtrToHand(inData.data(), &data, static_cast<Size>(inData.size())));
+    AddResource(data, inType, inID, nullptr);
+    ThrowIfError(ResError());
+    CloseResFile(file);
+    ThrowIfError(ResError());
+    UseResFile(before);
+}
+
+void Sign(const FSSpec& inFile, OSType inCreator, OSType inType) {
+    FInfo info;
+    ThrowIfError(FSpGetFInfo(&inFile, &info));
+    info.fdCreator = inCreator;
+    info.fdType = inType;
+    ThrowIfError(FSpSetFInfo(&inFile, &info));
+}
+
+std::string BigEndianText(UInt32 inNumber) {
+    const UInt32 number = EndianU32_NtoB(inNumber);
+    return {reinterpret_cast<const char*>(&number), sizeof number};
+}
