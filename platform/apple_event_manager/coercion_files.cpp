@@ -1,8 +1,10 @@
-// File specs, references and URLs into one another. A file that cannot be found fails the coercion.
+// File specs, references, aliases and URLs into one another. A file that cannot be found fails the
+// coercion.
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "alias_manager/alias_bytes.h"
 #include "apple_event_manager/big_endian.h"
 #include "apple_event_manager/coercion.h"
 #include "file_manager/catalog.h"
@@ -87,6 +89,10 @@ std::optional<std::string> PathOf(const Item& inItem) {
         if (PathFromRef(ref, &path) != noErr) return std::nullopt;
         return path;
     }
+    if (inItem.type == typeAlias) {
+        if (PathFromAlias(inItem.content, &path) != noErr) return std::nullopt;
+        return path;
+    }
     if (inItem.type != typeFileURL) return std::nullopt;
     return PathOfUrl({reinterpret_cast<const char*>(inItem.content.data()), inItem.content.size()});
 }
@@ -117,13 +123,24 @@ OSErr MakeUrl(const std::string& inPath, AEDesc* outDesc) {
     return MakeLeaf(typeFileURL, {reinterpret_cast<const UInt8*>(url.data()), url.size()}, outDesc);
 }
 
+OSErr MakeAlias(const std::string& inPath, AEDesc* outDesc) {
+    std::vector<UInt8> record;
+    if (AliasFromPath(inPath, &record) != noErr) return errAECoercionFail;
+    return MakeLeaf(typeAlias, record, outDesc);
+}
+
+bool IsFileType(DescType inType) {
+    return inType == typeFSS || inType == typeFSRef || inType == typeAlias || inType == typeFileURL;
+}
+
 }  // namespace
 
 OSErr CoerceFile(const Item& inItem, DescType inType, AEDesc* outDesc) {
-    if (inType != typeFSS && inType != typeFSRef && inType != typeFileURL) return errAECoercionFail;
+    if (!IsFileType(inType)) return errAECoercionFail;
     const auto path = PathOf(inItem);
     if (!path) return errAECoercionFail;
     if (inType == typeFSS) return MakeSpec(*path, outDesc);
+    if (inType == typeAlias) return MakeAlias(*path, outDesc);
     return inType == typeFSRef ? MakeRef(*path, outDesc) : MakeUrl(*path, outDesc);
 }
 

@@ -1,6 +1,7 @@
 // Another process for the tests: makes specs of paths and paths of specs, one request a run.
 //   spec PATH               prints error, volume, parent, name in hexadecimal
 //   path VOLUME PARENT HEX  prints error and path
+//   alias FILE              prints error and path of the alias record in FILE
 //   allocate FOLDER         makes folders below FOLDER and asks for their numbers until killed,
 //                           printing "number path" for each
 #include <Carbon/Carbon.h>
@@ -10,6 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
@@ -48,6 +51,23 @@ int PrintPath(const char* inVolume, const char* inParent, const std::string& inN
     return 0;
 }
 
+int PrintAlias(const char* inFile) {
+    std::ifstream file(inFile, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    Handle alias = nullptr;
+    FSSpec spec{};
+    Boolean wasChanged;
+    OSErr error = PtrToHand(bytes.data(), &alias, Size(bytes.size()));
+    if (error == noErr) error = ResolveAlias(nullptr, AliasHandle(alias), &spec, &wasChanged);
+    FSRef ref;
+    UInt8 path[4096] = "";
+    if (error == noErr) error = FSpMakeFSRef(&spec, &ref);
+    if (error == noErr) error = OSErr(FSRefMakePath(&ref, path, sizeof path));
+    DisposeHandle(alias);
+    std::printf("%d %s\n", int(error), reinterpret_cast<const char*>(path));
+    return 0;
+}
+
 int AllocateForEver(const std::string& inFolder) {
     for (int i = 0;; ++i) {
         const auto folder = inFolder + "/" + std::to_string(getpid()) + "-" + std::to_string(i);
@@ -72,6 +92,7 @@ int main(int inCount, char** inArguments) {
     if (command == "path" && inCount == 5) {
         return PrintPath(inArguments[2], inArguments[3], BytesOfHex(inArguments[4]));
     }
+    if (command == "alias") return PrintAlias(inArguments[2]);
     if (command == "allocate") return AllocateForEver(inArguments[2]);
     return 2;
 }

@@ -1,0 +1,37 @@
+// Owns the calls on the head of an alias record.
+#include <Carbon/Aliases.h>
+
+#include "alias_manager/alias_record.h"
+#include "apple_event_manager/big_endian.h"
+
+namespace {
+
+const AliasRecord* RecordOf(AliasHandle inAlias) {
+    return inAlias ? *inAlias : nullptr;
+}
+
+}  // namespace
+
+Size GetAliasSizeFromPtr(const AliasRecord* alias) {
+    return alias ? carbon::ReadBigEndian<UInt16>(alias->hidden + 4) : 0;
+}
+
+Size GetAliasSize(AliasHandle alias) {
+    return GetAliasSizeFromPtr(RecordOf(alias));
+}
+
+OSType GetAliasUserTypeFromPtr(const AliasRecord* alias) {
+    return alias ? carbon::ReadBigEndian<UInt32>(alias->hidden) : 0;
+}
+
+OSType GetAliasUserType(AliasHandle alias) {
+    return GetAliasUserTypeFromPtr(RecordOf(alias));
+}
+
+void SetAliasUserTypeWithPtr(AliasPtr alias, OSType userType) {
+    if (alias) carbon::WriteBigEndian(alias->hidden, userType);
+}
+
+void SetAliasUserType(AliasHandle alias, OSType userType) {
+    if (alias) SetAliasUserTypeWithPtr(*alias, userType);
+}
