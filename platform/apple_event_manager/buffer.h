@@ -4,6 +4,7 @@
 
 #include <Carbon/MacTypes.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -61,10 +62,11 @@ class Buffer {
     }
     // Large blocks are moved by the kernel's page tables here, which no vector can do.
     void Move(size_t inCapacity) {
-        void* bytes = std::realloc(IsOurs() ? mBytes : nullptr, inCapacity);
+        const bool adopted = !IsOurs();
+        void* bytes = std::realloc(adopted ? nullptr : mBytes, inCapacity);
         if (!bytes) throw std::bad_alloc();
-        if (!IsOurs()) {
-            std::memcpy(bytes, mBytes, mSize);
+        if (adopted) {
+            std::copy_n(mAdopted.data(), mSize, static_cast<UInt8*>(bytes));
             mAdopted = {};
         }
         mBytes = static_cast<UInt8*>(bytes);

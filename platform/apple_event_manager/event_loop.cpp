@@ -23,10 +23,11 @@ int gLoops = 0;          // RunApplicationEventLoop calls under way
 bool gIsToQuit = false;  // the innermost of them
 
 // One Apple event at a time is between the queue and its handler; what the program left alone gets
-// an answer when it takes the next one, so that no client waits for ever.
-void Deliver(QueuedEvent&& inEvent) {
+// an answer when it takes the next one, so that no client waits for ever. Takes over what the event
+// holds.
+void Deliver(const QueuedEvent& inEvent) {
     if (gDelivered) Refuse(*gDelivered, errAEEventNotHandled);
-    gDelivered = std::move(inEvent);
+    gDelivered = inEvent;
 }
 
 const QueuedEvent* WaitFor(EventMask inMask, Moment inUntil) {
@@ -47,7 +48,7 @@ Boolean Next(EventMask inMask, EventRecord* outRecord, Moment inUntil, bool inTa
     if (!event) return false;
     if (inTake) {
         auto taken = TheEventQueue().Take(event->number);
-        if (taken->record.what == kHighLevelEvent) Deliver(std::move(*taken));
+        if (taken->record.what == kHighLevelEvent) Deliver(*taken);
     }
     return true;
 }

@@ -55,8 +55,7 @@ bool Object::RetainIfAlive() const {
 }
 
 CFHashCode Object::Hash() const {
-    const Object* self = this;
-    return HashOfBytes(&self, sizeof self);
+    return static_cast<CFHashCode>(std::hash<const Object*>()(this));
 }
 
 CFHashCode HashOfBytes(const void* inBytes, size_t inSize) {
