@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <mutex>
 
+#include "file_manager/before_fork.h"
 #include "file_manager/folder_listing.h"
 #include "file_manager/lookup.h"
 #include "file_manager/names.h"
@@ -255,6 +256,7 @@ Objects& SharedObjects() {
 void BeforeFork() {
     sMutex.lock();
     SharedObjects().AllFolders().CloseTables();
+    CloseForFork();
 }
 
 void AfterForkInParent() {

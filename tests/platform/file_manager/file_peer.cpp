@@ -2,6 +2,7 @@
 //   spec PATH               prints error, volume, parent, name in hexadecimal
 //   path VOLUME PARENT HEX  prints error and path
 //   alias FILE              prints error and path of the alias record in FILE
+//   application VOLUME CREATOR  prints error and name from the desktop database
 //   allocate FOLDER         makes folders below FOLDER and asks for their numbers until killed,
 //                           printing "number path" for each
 #include <Carbon/Carbon.h>
@@ -68,6 +69,20 @@ int PrintAlias(const char* inFile) {
     return 0;
 }
 
+int PrintApplication(const char* inVolume, const char* inCreator) {
+    DTPBRec block{};
+    Str255 name = "";
+    block.ioVRefNum = FSVolumeRefNum(std::atoi(inVolume));
+    OSErr error = PBDTGetPath(&block);
+    block.ioNamePtr = name;
+    for (int i = 0; i < 4; ++i) {
+        block.ioFileCreator = block.ioFileCreator << 8 | UInt8(inCreator[i]);
+    }
+    if (error == noErr) error = PBDTGetAPPLSync(&block);
+    std::printf("%d %.*s\n", int(error), int(name[0]), reinterpret_cast<char*>(name) + 1);
+    return 0;
+}
+
 int AllocateForEver(const std::string& inFolder) {
     for (int i = 0;; ++i) {
         const auto folder = inFolder + "/" + std::to_string(getpid()) + "-" + std::to_string(i);
@@ -93,6 +108,9 @@ int main(int inCount, char** inArguments) {
         return PrintPath(inArguments[2], inArguments[3], BytesOfHex(inArguments[4]));
     }
     if (command == "alias") return PrintAlias(inArguments[2]);
+    if (command == "application" && inCount == 4) {
+        return PrintApplication(inArguments[2], inArguments[3]);
+    }
     if (command == "allocate") return AllocateForEver(inArguments[2]);
     return 2;
 }

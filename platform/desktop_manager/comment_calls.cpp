@@ -1,0 +1,80 @@
+// Owns the calls on comments, which lie in the companions of their objects.
+#include <Carbon/Files.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "desktop_manager/open_databases.h"
+#include "desktop_manager/results.h"
+#include "file_manager/metadata.h"
+#include "file_manager/pathname.h"
+
+namespace carbon {
+
+namespace {
+
+constexpr SInt32 kLongestComment = 200;
+
+template <typename Work>
+OSErr WithObject(DTPBRec& ioBlock, Work inWork) {
+    return WithDesktop(
+        ioBlock.ioDTRefNum, [&](Objects& ioObjects, FSVolumeRefNum inVolume, DesktopDatabase&) {
+            Object object;
+            const OSErr error =
+                FindByPathname(ioObjects, inVolume, ioBlock.ioDirID, ioBlock.ioNamePtr, &object);
+            return error ? error : OSErr(inWork(object));
+        });
+}
+
+OSErr Write(const Object& inObject, const std::string& inComment) {
+    return ChangeMetadata(inObject,
+                          [&](Metadata* ioMetadata) { ioMetadata->facts.comment = inComment; });
+}
+
+OSErr Set(DTPBRec& ioBlock) {
+    if (ioBlock.ioDTReqCount < 0 || (!ioBlock.ioDTBuffer && ioBlock.ioDTReqCount > 0)) {
+        return paramErr;
+    }
+    const SInt32 length = std::min<SInt32>(ioBlock.ioDTReqCount, kLongestComment);
+    const std::string comment(ioBlock.ioDTBuffer, size_t(length));
+    return WithObject(ioBlock, [&](const Object& inObject) { return Write(inObject, comment); });
+}
+
+OSErr Get(DTPBRec& ioBlock) {
+    ioBlock.ioDTActCount = 0;
+    if (ioBlock.ioDTReqCount < 0 || !ioBlock.ioDTBuffer) return paramErr;
+    return WithObject(ioBlock, [&](const Object& inObject) {
+        Metadata metadata;
+        if (const OSErr error = ReadMetadata(inObject, &metadata)) return error;
+        const auto& comment = metadata.facts.comment;
+        if (comment.empty()) return OSErr(afpItemNotFound);
+        const size_t length = std::min(comment.size(), size_t(ioBlock.ioDTReqCount));
+        std::memcpy(ioBlock.ioDTBuffer, comment.data(), length);
+        ioBlock.ioDTActCount = SInt32(length);
+        return OSErr(noErr);
+    });
+}
+
+OSErr Remove(DTPBRec& ioBlock) {
+    return WithObject(ioBlock, [](const Object& inObject) {
+        Metadata metadata;
+        if (const OSErr error = ReadMetadata(inObject, &metadata)) return error;
+        return metadata.facts.comment.empty() ? OSErr(afpItemNotFound) : Write(inObject, "");
+    });
+}
+
+}  // namespace
+
+}  // namespace carbon
+
+OSErr PBDTSetCommentSync(DTPBPtr paramBlock) {
+    return carbon::FinishDesktopCall(paramBlock, carbon::Set);
+}
+
+OSErr PBDTGetCommentSync(DTPBPtr paramBlock) {
+    return carbon::FinishDesktopCall(paramBlock, carbon::Get);
+}
+
+OSErr PBDTRemoveCommentSync(DTPBPtr paramBlock) {
+    return carbon::FinishDesktopCall(paramBlock, carbon::Remove);
+}

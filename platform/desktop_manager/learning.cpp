@@ -1,0 +1,97 @@
+// Owns the choice of programs that a desktop database knows by itself.
+#include "desktop_manager/learning.h"
+
+#include <Carbon/MacErrors.h>
+#include <time.h>
+
+#include <cstring>
+
+#include "file_manager/catalog_info.h"
+#include "file_manager/folder_listing.h"
+#include "file_manager/metadata.h"
+#include "file_manager/names.h"
+#include "launch_services/applications.h"
+#include "posix/base_folders.h"
+
+namespace carbon {
+
+namespace {
+
+constexpr OSType kApplicationType = 'APPL';
+constexpr SInt64 kUnixEpoch = 2082844800;  // seconds from 1904 to 1970
+
+UInt32 LocalDate(UInt32 inSeconds) {
+    const time_t moment = time_t(inSeconds) - time_t(kUnixEpoch);
+    tm local;
+    return localtime_r(&moment, &local) ? UInt32(SInt64(inSeconds) + local.tm_gmtoff) : inSeconds;
+}
+
+void AddBundles(std::vector<LearnedProgram>* ioPrograms) {
+    const auto applications = KnownApplications();
+    for (const auto& application : *applications) {
+        const BundleFacts& facts = *application.facts;
+        if (facts.type != kApplicationType || facts.executablePath.empty()) continue;
+        ioPrograms->push_back({facts.creator, facts.executablePath});
+    }
+}
+
+void AddFilesIn(const std::string& inFolder, std::vector<LearnedProgram>* ioPrograms) {
+    std::vector<std::string> names;
+    if (ReadFolder(inFolder, &names) != noErr) return;
+    for (const auto& name : names) {
+        const auto path = PathInFolder(inFolder, name);
+        ObjectStatus status;
+        Metadata metadata;
+        if (StatusOfObject(path, &status) != noErr || status.IsFolder()) continue;
+        if (ReadMetadata(path, &metadata) != noErr) continue;
+        FInfo info;
+        std::memcpy(&info, metadata.finderInfo, sizeof info);
+        if (info.fdType == kApplicationType) ioPrograms->push_back({info.fdCreator, path});
+    }
+}
+
+bool IsThere(Objects& ioObjects, FSVolumeRefNum inVolume, const DesktopApplication& inRow) {
+    FSSpec spec{};
+    spec.vRefNum = inVolume;
+    spec.parID = inRow.parent;
+    SetPascal(inRow.name, kLongestSpecName, spec.name);
+    Object object;
+    return ioObjects.FindBySpec(spec, &object) == noErr && !object.status.IsFolder();
+}
+
+}  // namespace
+
+std::vector<LearnedProgram> ProgramsToLearn() {
+    std::vector<LearnedProgram> programs;
+    AddBundles(&programs);
+    for (const auto& folder : DataFolders()) {
+        AddFilesIn(folder + "/vantor/Applications", &programs);
+    }
+    return programs;
+}
+
+DesktopApplication RowOf(Objects& ioObjects, const Object& inObject, OSType inCreator) {
+    FSCatalogInfo info{};
+    const OSErr error = GetCatalogInfo(ioObjects, inObject, kFSCatInfoCreateDate, &info);
+    const UInt32 created = error == noErr ? LocalDate(info.createDate.lowSeconds) : 0;
+    return {inCreator, inObject.spec.parID, std::string(TextOfPascal(inObject.spec.name)), created,
+            false};
+}
+
+bool Learn(Objects& ioObjects, FSVolumeRefNum inVolume,
+           const std::vector<LearnedProgram>& inPrograms, DesktopDatabase& ioDatabase) {
+    for (const auto& row : ioDatabase.All(true)) {
+        if (!IsThere(ioObjects, inVolume, row) && !ioDatabase.Remove(row)) return false;
+    }
+    for (const auto& program : inPrograms) {
+        Object object;
+        if (ioObjects.FindByPath(program.path, &object) != noErr) continue;
+        if (object.spec.vRefNum != inVolume || object.status.IsFolder()) continue;
+        DesktopApplication row = RowOf(ioObjects, object, program.creator);
+        row.isLearned = true;
+        if (!ioDatabase.Add(row)) return false;
+    }
+    return !ioDatabase.IsDamaged();
+}
+
+}  // namespace carbon
