@@ -1,50 +1,10 @@
 // Sequences.
-#include <CoreFoundation/CFArray.h>
+#include "core_foundation/array_object.h"
 
 #include <algorithm>
-#include <utility>
-#include <vector>
 
 #include "core_foundation/internal.h"
-#include "core_foundation/object.h"
 #include "core_foundation/string_object.h"
-
-struct __CFArray : carbon::Object {
-    __CFArray(const CFArrayCallBacks* inCallBacks, bool inMutable)
-        : Object(carbon::kArrayKind),
-          mCallBacks(inCallBacks ? *inCallBacks : CFArrayCallBacks{}),
-          mMutable(inMutable) {}
-
-    bool Equals(const Object& inOther) const final;
-    CFHashCode Hash() const final { return static_cast<CFHashCode>(mValues.size()); }
-    std::u16string Describe() const final;
-
-    bool AreSame(const void* inOne, const void* inOther) const {
-        return inOne == inOther || (mCallBacks.equal && mCallBacks.equal(inOne, inOther));
-    }
-    void Insert(size_t inIndex, const void* inValue) {
-        mValues.insert(mValues.begin() + static_cast<ptrdiff_t>(inIndex), nullptr);
-        mValues[inIndex] = Keep(inValue);
-    }
-    const void* Keep(const void* inValue) const {
-        return mCallBacks.retain ? mCallBacks.retain(nullptr, inValue) : inValue;
-    }
-    void Drop(const void* inValue) const {
-        if (mCallBacks.release) mCallBacks.release(nullptr, inValue);
-    }
-    void Clear() {
-        std::vector<const void*> values;
-        values.swap(mValues);
-        for (const void* value : values) Drop(value);
-    }
-
-    const CFArrayCallBacks mCallBacks;
-    const bool mMutable;
-    std::vector<const void*> mValues;
-
-  protected:
-    ~__CFArray() { Clear(); }
-};
 
 namespace carbon {
 
@@ -60,20 +20,8 @@ class Array final : public __CFArray {
 
 using Values = std::vector<const void*>;
 
-const Values& ValuesOf(CFArrayRef inArray) {
-    static const auto* none = new Values;
-    const auto* array = OfKind<__CFArray>(inArray, kArrayKind);
-    return array ? array->mValues : *none;
-}
-
 CFIndex Count(CFArrayRef inArray) {
     return static_cast<CFIndex>(ValuesOf(inArray).size());
-}
-
-// Null when the array cannot change or the index is not from 0 to inLast.
-__CFArray* MutableArray(CFMutableArrayRef inArray, CFIndex inIndex, CFIndex inLast) {
-    const auto* array = OfKind<__CFArray>(inArray, kArrayKind);
-    return array && array->mMutable && inIndex >= 0 && inIndex <= inLast ? inArray : nullptr;
 }
 
 __CFArray* NewArray(const Values& inValues, const CFArrayCallBacks* inCallBacks, bool inMutable) {
@@ -106,6 +54,17 @@ void ReleaseObject(CFAllocatorRef, const void* inValue) {
 }
 
 }  // namespace
+
+const Values& ValuesOf(CFArrayRef inArray) {
+    static const auto* none = new Values;
+    const auto* array = OfKind<__CFArray>(inArray, kArrayKind);
+    return array ? array->mValues : *none;
+}
+
+__CFArray* MutableArray(CFMutableArrayRef inArray, CFIndex inIndex, CFIndex inLast) {
+    const auto* array = OfKind<__CFArray>(inArray, kArrayKind);
+    return array && array->mMutable && inIndex >= 0 && inIndex <= inLast ? inArray : nullptr;
+}
 
 }  // namespace carbon
 

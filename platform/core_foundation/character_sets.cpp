@@ -106,6 +106,18 @@ ConverterPtr OpenConverter(const char* inName) {
     return converter;
 }
 
+std::vector<CFStringEncoding> AvailableEncodings() {
+    std::vector<CFStringEncoding> encodings = {
+        kCFStringEncodingMacRoman, kCFStringEncodingASCII, kCFStringEncodingISOLatin1,
+        kCFStringEncodingUTF8,     kCFStringEncodingUTF16, kCFStringEncodingUTF16BE,
+        kCFStringEncodingUTF16LE,  kCFStringEncodingUTF32, kCFStringEncodingUTF32BE,
+        kCFStringEncodingUTF32LE};
+    for (const ConverterEntry& entry : kConverters) {
+        if (OpenConverter(entry.name)) encodings.push_back(entry.encoding);
+    }
+    return encodings;
+}
+
 bool IsEncodingAvailable(CFStringEncoding inEncoding) {
     const EncodingTraits traits = TraitsOf(inEncoding);
     if (traits.form == EncodingForm::kConverter) return OpenConverter(traits.converter) != nullptr;

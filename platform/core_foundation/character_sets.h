@@ -5,6 +5,7 @@
 #include <unicode/ucnv.h>
 
 #include <memory>
+#include <vector>
 
 namespace carbon {
 
@@ -18,6 +19,9 @@ struct EncodingTraits {
 };
 
 EncodingTraits TraitsOf(CFStringEncoding inEncoding);
+
+// All that TraitsOf knows and this computer's ICU has.
+std::vector<CFStringEncoding> AvailableEncodings();
 
 struct CloseConverter {
     void operator()(UConverter* inConverter) const { ucnv_close(inConverter); }

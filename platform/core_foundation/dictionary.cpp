@@ -1,6 +1,7 @@
 // Values by key.
 #include <CoreFoundation/CFDictionary.h>
 
+#include <algorithm>
 #include <unordered_map>
 #include <utility>
 
@@ -201,6 +202,21 @@ CFIndex CFDictionaryGetCount(CFDictionaryRef theDict) {
 
 Boolean CFDictionaryContainsKey(CFDictionaryRef theDict, const void* key) {
     return PairsOf(theDict).contains(key);
+}
+
+Boolean CFDictionaryContainsValue(CFDictionaryRef theDict, const void* value) {
+    return CFDictionaryGetCountOfValue(theDict, value) > 0;
+}
+
+CFIndex CFDictionaryGetCountOfKey(CFDictionaryRef theDict, const void* key) {
+    return CFDictionaryContainsKey(theDict, key) ? 1 : 0;
+}
+
+CFIndex CFDictionaryGetCountOfValue(CFDictionaryRef theDict, const void* value) {
+    const auto& pairs = PairsOf(theDict);
+    return static_cast<CFIndex>(std::count_if(pairs.begin(), pairs.end(), [&](const auto& pair) {
+        return carbon::KeyEqual{theDict->mValues.equal}(pair.second, value);
+    }));
 }
 
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key) {

@@ -18,8 +18,9 @@ constexpr int kDeepestDescription = 16;
 thread_local int gDescriptionDepth = 0;
 
 constexpr const char16_t* kKindNames[kKindCount] = {
-    nullptr,   u"CFAllocator", u"CFString",     u"CFData", u"CFNumber", u"CFBoolean",
-    u"CFDate", u"CFArray",     u"CFDictionary", u"CFURL",  u"CFBundle"};
+    nullptr,      u"CFAllocator", u"CFString", u"CFData",       u"CFNumber",
+    u"CFBoolean", u"CFDate",      u"CFArray",  u"CFDictionary", u"CFURL",
+    u"CFBundle",  u"CFNull",      u"CFLocale", u"CFTimeZone",   u"CFDateFormatter"};
 
 CFStringRef Address(const void* inPointer) {
     char text[32];

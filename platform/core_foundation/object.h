@@ -21,6 +21,10 @@ enum Kind : CFTypeID {
     kDictionaryKind,
     kUrlKind,
     kBundleKind,
+    kNullKind,
+    kLocaleKind,
+    kTimeZoneKind,
+    kDateFormatterKind,
     kKindCount
 };
 

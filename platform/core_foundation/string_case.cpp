@@ -5,6 +5,7 @@
 #include <unicode/unistr.h>
 #include <unicode/utf16.h>
 
+#include "core_foundation/locale.h"
 #include "core_foundation/string_object.h"
 
 namespace carbon {
@@ -47,12 +48,12 @@ bool IsInsideWord(UChar32 inCharacter) {
            u_hasBinaryProperty(inCharacter, UCHAR_CASE_IGNORABLE);
 }
 
-icu::UnicodeString Titlecased(UChar32 inCharacter) {
+icu::UnicodeString Titlecased(UChar32 inCharacter, const icu::Locale& inLocale) {
     return icu::UnicodeString(inCharacter)
-        .toTitle(nullptr, icu::Locale::getRoot(), U_TITLECASE_NO_BREAK_ADJUSTMENT);
+        .toTitle(nullptr, inLocale, U_TITLECASE_NO_BREAK_ADJUSTMENT);
 }
 
-icu::UnicodeString Capitalized(std::u16string_view inText) {
+icu::UnicodeString Capitalized(std::u16string_view inText, const icu::Locale& inLocale) {
     icu::UnicodeString text;
     bool isInWord = false;
     for (size_t at = 0; at < inText.size();) {
@@ -64,7 +65,7 @@ icu::UnicodeString Capitalized(std::u16string_view inText) {
             continue;
         }
         icu::UnicodeString single(character);
-        text.append(isInWord ? single.toLower(icu::Locale::getRoot()) : Titlecased(character));
+        text.append(isInWord ? single.toLower(inLocale) : Titlecased(character, inLocale));
         isInWord = true;
     }
     return text;
@@ -84,16 +85,16 @@ bool BelongsToPrevious(std::u16string_view inText, size_t inPlace) {
 
 using carbon::View;
 
-void CFStringLowercase(CFMutableStringRef theString, CFLocaleRef) {
-    carbon::Assign(theString, carbon::IcuText(View(theString)).toLower(icu::Locale::getRoot()));
+void CFStringLowercase(CFMutableStringRef theString, CFLocaleRef locale) {
+    carbon::Assign(theString, carbon::IcuText(View(theString)).toLower(carbon::IcuLocale(locale)));
 }
 
-void CFStringUppercase(CFMutableStringRef theString, CFLocaleRef) {
-    carbon::Assign(theString, carbon::IcuText(View(theString)).toUpper(icu::Locale::getRoot()));
+void CFStringUppercase(CFMutableStringRef theString, CFLocaleRef locale) {
+    carbon::Assign(theString, carbon::IcuText(View(theString)).toUpper(carbon::IcuLocale(locale)));
 }
 
-void CFStringCapitalize(CFMutableStringRef theString, CFLocaleRef) {
-    carbon::Assign(theString, carbon::Capitalized(View(theString)));
+void CFStringCapitalize(CFMutableStringRef theString, CFLocaleRef locale) {
+    carbon::Assign(theString, carbon::Capitalized(View(theString), carbon::IcuLocale(locale)));
 }
 
 void CFStringNormalize(CFMutableStringRef theString, CFStringNormalizationForm theForm) {

@@ -13,9 +13,7 @@ enum {
     kUCCollateDiacritInsensitiveMask = 1 << 4,
     kUCCollatePunctuationSignificantMask = 1 << 15,  // else it counts only between equal texts
     kUCCollateDigitsOverrideMask = 1 << 16,          // digits are handled as the next one says
-    kUCCollateDigitsAsNumberMask = 1 << 17           // runs of digits by their value
-};
-enum {
+    kUCCollateDigitsAsNumberMask = 1 << 17,          // runs of digits by their value
     kUCCollateStandardOptions = kUCCollateComposeInsensitiveMask | kUCCollateWidthInsensitiveMask
 };
 
