@@ -9,6 +9,7 @@
 
 #include "file_manager/companion_file.h"
 #include "file_manager/fork_locks.h"
+#include "file_manager/fork_table.h"
 #include "file_manager/metadata_entries.h"
 #include "file_manager/objects.h"
 
@@ -68,6 +69,14 @@ bool IsWrittenInPlace(const ObjectGuard& inGuard) {
            ForkUsesOfOthers(inGuard.File(), Fork::kResource) & kWritesInPlace;
 }
 
+// Whether it is this process that has the resource fork to itself.
+bool WritesAlone(const struct stat& inFacts) {
+    const auto paths = OpenPathsTo(inFacts.st_dev, inFacts.st_ino, Fork::kResource);
+    return std::any_of(paths.begin(), paths.end(), [](const NumberedFork& inPath) {
+        return inPath.fork->GetFacts().uses & kWritesAlone;
+    });
+}
+
 }  // namespace
 
 MetadataOwner::MetadataOwner(const Object& inObject)
@@ -117,7 +126,8 @@ OSErr ReplaceResourceFork(const MetadataOwner& inOwner, std::span<const UInt8> i
     if (const OSErr error = TakeForChange(inOwner, &guard, &companion)) return error;
     if (!S_ISREG(guard.Facts().st_mode)) return notAFileErr;
     const bool isWritten = ForkUsesOfOthers(guard.File(), Fork::kResource) & kWrites;
-    if (isWritten) return opWrErr;
+    if (isWritten && !WritesAlone(guard.Facts())) return opWrErr;
+    if (isWritten) PutFixedEntries(&companion.document);
     return ReplaceCompanion(inOwner, guard, companion, inBytes);
 }
 
