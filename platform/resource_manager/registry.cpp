@@ -1,7 +1,6 @@
 // Owns the table of live resource handles.
 #include "resource_manager/registry.h"
 
-#include <mutex>
 #include <new>
 #include <unordered_map>
 
@@ -12,28 +11,22 @@ namespace {
 
 struct Entry {
     UInt16 generation;  // of the handle when it was entered
-    LiveResource resource;
+    Resource* resource;
 };
 
 // Never destroyed: guards in static objects ask for it to the very end.
-struct Registry {
-    std::mutex mutex;
-    std::unordered_map<Handle, Entry> entries;
-};
-
-Registry& Resources() {
-    static Registry& registry = *new Registry;
-    return registry;
+std::unordered_map<Handle, Entry>& Entries() {
+    static auto& entries = *new std::unordered_map<Handle, Entry>;
+    return entries;
 }
 
 }  // namespace
 
-bool EnterResource(Handle inHandle, const LiveResource& inResource) {
+bool EnterResource(Handle inHandle, Resource* inResource) {
     const auto generation = HandleGeneration(inHandle);
     if (!generation) return false;
-    const std::lock_guard lock(Resources().mutex);
     try {
-        Resources().entries.insert_or_assign(inHandle, Entry{*generation, inResource});
+        Entries().insert_or_assign(inHandle, Entry{*generation, inResource});
     } catch (const std::bad_alloc&) {
         return false;
     }
@@ -41,19 +34,16 @@ bool EnterResource(Handle inHandle, const LiveResource& inResource) {
     return true;
 }
 
-std::optional<LiveResource> FindResource(Handle inHandle) {
+Resource* FindResource(Handle inHandle) {
     const auto generation = HandleGeneration(inHandle);
-    const std::lock_guard lock(Resources().mutex);
-    const auto found = Resources().entries.find(inHandle);
-    if (!generation || found == Resources().entries.end()) return std::nullopt;
-    if (found->second.generation != *generation) return std::nullopt;
-    return found->second.resource;
+    const auto found = Entries().find(inHandle);
+    if (!generation || found == Entries().end()) return nullptr;
+    return found->second.generation == *generation ? found->second.resource : nullptr;
 }
 
 void ForgetResource(Handle inHandle) {
     if (HandleGeneration(inHandle)) MarkAsResource(inHandle, false);
-    const std::lock_guard lock(Resources().mutex);
-    Resources().entries.erase(inHandle);
+    Entries().erase(inHandle);
 }
 
 }  // namespace carbon

@@ -1,28 +1,19 @@
-// Which live handles are resources, and the result of the last Resource Manager call.
+// Which live handles are resources.
 #pragma once
 
 #include <Carbon/MacTypes.h>
-#include <Carbon/Resources.h>
-
-#include <optional>
 
 namespace carbon {
 
-struct LiveResource {
-    ResFileRefNum file;
-    ResAttributes attributes;
-};
+struct Resource;
 
-// Makes a live handle a resource, or changes what is known of one. False when the handle is not
-// live or there is no memory.
-bool EnterResource(Handle inHandle, const LiveResource& inResource);
+// Makes a live handle stand for a resource. False when it is not live or there is no memory.
+bool EnterResource(Handle inHandle, Resource* inResource);
 
-// Nothing for a handle that is plain, not live, or made since at the address of a resource.
-std::optional<LiveResource> FindResource(Handle inHandle);
+// Null for a handle that is plain, not live, or made since at the address of a resource.
+Resource* FindResource(Handle inHandle);
 
 // Makes it a plain handle again.
 void ForgetResource(Handle inHandle);
-
-void SetResError(OSErr inError);
 
 }  // namespace carbon

@@ -2,7 +2,7 @@
 #include <Carbon/MacErrors.h>
 #include <Carbon/TextUtils.h>
 
-#include "resource_manager/registry.h"
+#include "resource_manager/res_error.h"
 #include "text_utilities/folding.h"
 #include "text_utilities/scripts.h"
 

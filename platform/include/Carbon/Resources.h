@@ -9,8 +9,9 @@
 // at the program's first call here; where there are none the chain begins with the System file.
 //
 // A fork is kept in the format of old and its numbers are big-endian, in the handles as in the
-// file: nothing is swapped on loading. Compressed resources are handed out as they are stored.
-// A fork holds less than 16 MiB of data, a map less than 64 KiB each of references and of names.
+// file: nothing is swapped on loading. Resources that were compressed cannot be read as handles
+// (CantDecompress). A fork holds less than 16 MiB of data, a map less than 64 KiB each of
+// references and of names.
 //
 // Changes are made in memory; UpdateResFile and CloseResFile write the whole new fork beside the
 // old one and let it take its place at once, so that the file always holds the one or the other.
@@ -91,8 +92,8 @@ ResFileRefNum HOpenResFile(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Para
 ResFileRefNum OpenRFPerm(ConstStr255Param fileName, FSVolumeRefNum vRefNum, SInt8 permission);
 ResFileRefNum FSOpenResFile(const FSRef* ref, SInt8 permission);
 
-// The same for resources in any fork: with an empty name the data fork, with the name that
-// FSGetResourceForkName gives ("RESOURCE_FORK") the resource fork, errFSBadForkName for another.
+// The same for resources in any fork: with an empty name the data fork, with the name
+// "RESOURCE_FORK" the resource fork, errFSBadForkName for another.
 // The result code is returned as well; `refNum` receives kResFileNotOpened when it is not noErr.
 OSErr FSOpenResourceFile(const FSRef* ref, UniCharCount forkNameLength, const UniChar* forkName,
                          SInt8 permissions, ResFileRefNum* refNum);
@@ -126,8 +127,9 @@ OSErr FSCreateResourceFork(const FSRef* ref, UniCharCount forkNameLength, const 
 void UpdateResFile(ResFileRefNum refNum);
 
 // Updates a file, disposes of its resources (handles detached before stay) and closes it. If it was
-// the current file, the next one in the chain becomes that. When the update fails the file stays
-// open. resFNotFound for a number that is none; 0, the System file, is left open.
+// the current file, the next one in the chain becomes that. A failed update is reported, and the
+// file is closed with its old fork: where the changes matter, call UpdateResFile first.
+// resFNotFound for a number that is none; 0, the System file, is left open.
 void CloseResFile(ResFileRefNum refNum);
 
 // --- The chain ---
