@@ -44,3 +44,8 @@ void ThrowMemoryError() {
     const OSErr error = MemError();
     LException::Throw(error != noErr ? error : SInt32{memFullErr});
 }
+
+void ThrowResourceError() {
+    const OSErr error = ResError();
+    LException::Throw(error != noErr ? error : SInt32{resNotFound});
+}

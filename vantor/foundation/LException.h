@@ -38,3 +38,6 @@ inline void ThrowIfError(SInt32 inResult) {
 
 // Throws for a block that could not be had: MemError(), or -108 where that reports no error.
 [[noreturn]] VANTOR_EXPORT void ThrowMemoryError();
+
+// Throws for a resource that could not be had: ResError(), or -192 where that reports no error.
+[[noreturn]] VANTOR_EXPORT void ThrowResourceError();

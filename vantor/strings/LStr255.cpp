@@ -49,6 +49,10 @@ LStr255::LStr255(Handle inText) : LStr255() {
     Assign(inText);
 }
 
+LStr255::LStr255(SInt16 inResID, SInt16 inIndex) : LStr255() {
+    Assign(inResID, inIndex);
+}
+
 LStr255::LStr255(SInt32 inNumber) : LStr255() {
     Assign(inNumber);
 }

@@ -51,6 +51,9 @@ class VANTOR_EXPORT LString {
     LString& Assign(Handle inText);  // the handle's bytes
     LString& Assign(SInt32 inNumber);
     LString& Assign(UInt32 inCode);  // four characters
+    // With an index over 0 that string of the list 'STR#' `inResID`, else the 'STR ' resource
+    // `inResID`. Empty when there is none.
+    LString& Assign(SInt16 inResID, SInt16 inIndex);
 
     // Numbers: with `inDigits` digits in all (FLOATDECIMAL) or behind the point (FIXEDDECIMAL).
     LString& Assign(double inNumber, char inStyle, SInt16 inDigits);
@@ -58,6 +61,9 @@ class VANTOR_EXPORT LString {
     // Numbers in a format of NumberFormatting.h, with the system's symbols or those given. The
     // storage must hold 256 bytes. `outResult` gets the FormatResultType; it may be null.
     LString& Assign(long double inNumber, ConstStr255Param inFormat, SInt8* outResult = nullptr);
+    // The format may be written with the symbols of a 'NoPt' resource; throws when that is missing.
+    LString& Assign(long double inNumber, ConstStr255Param inFormat, SInt16 inPartsResID,
+                    SInt8* outResult);
     LString& Assign(long double inNumber, const NumFormatString& inFormat,
                     const NumberParts& inParts, SInt8* outResult = nullptr);
 
@@ -142,6 +148,8 @@ class VANTOR_EXPORT LString {
 
     LString& LoadFromPtr(const void* inText, UInt8 inLength);
     LString& LoadFromStringPtr(ConstStr255Param inString);
+    LString& LoadFromSTRResource(SInt16 inResID);
+    LString& LoadFromSTRListResource(SInt16 inResID, SInt16 inIndex);
 
     StringPtr mStringPtr;      // length byte first; not owned
     CompareFunc mCompareFunc;  // of the searches
@@ -167,6 +175,7 @@ class VANTOR_EXPORT LStr255 : public LString {
     explicit LStr255(char inCharacter);
     LStr255(const void* inText, UInt8 inLength);
     explicit LStr255(Handle inText);
+    LStr255(SInt16 inResID, SInt16 inIndex);
     explicit LStr255(SInt32 inNumber);
     explicit LStr255(SInt16 inNumber);
     explicit LStr255(UInt32 inCode);

@@ -89,6 +89,12 @@ void PAddNum(StringPtr pString, SInt32 pNumber) {
     PStrCat(pString, text);
 }
 
+void PAddIndString(StringPtr pString, SInt16 pResID, SInt16 pIndex) {
+    Str255 text;
+    GetIndString(text, pResID, pIndex);
+    PStrCat(pString, text);
+}
+
 void PStrStripLeadingBlanks(ConstStr255Param pSource, StringPtr pDestination) {
     SInt32 blanks = 0;
     while (blanks < pSource[0] - 1 && pSource[blanks + 1] == ' ') ++blanks;

@@ -29,6 +29,8 @@ VANTOR_EXPORT void PStrCat(StringPtr pString, ConstStr255Param pSource);
 VANTOR_EXPORT void PAddChar(StringPtr pString, unsigned char pCharacter);
 VANTOR_EXPORT void PAddBlank(StringPtr pString);
 VANTOR_EXPORT void PAddNum(StringPtr pString, SInt32 pNumber);
+// A string of a 'STR#' resource, counted from 1; nothing when there is none.
+VANTOR_EXPORT void PAddIndString(StringPtr pString, SInt16 pResID, SInt16 pIndex);
 
 // Without the spaces in front, but never without the last character.
 VANTOR_EXPORT void PStrStripLeadingBlanks(ConstStr255Param pSource, StringPtr pDestination);
