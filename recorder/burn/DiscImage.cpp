@@ -35,11 +35,25 @@ void SetTypeAndCreator(IsoNode* inNode, const SourceNode& inSource) {
     Check(iso_node_add_xinfo(inNode, iso_hfsplus_xinfo_func, info), inSource.name);
 }
 
+// The stream of bytes that are not in a file; it has a copy of them.
+IsoStream* NewMemoryStream(const SourceNode& inSource, const std::string& inPath) {
+    const size_t size = inSource.contents.size();
+    auto* bytes = static_cast<unsigned char*>(std::malloc(size));
+    if (bytes == nullptr) throw BurnFailure(memFullErr, "There is not enough memory.");
+    std::memcpy(bytes, inSource.contents.data(), size);
+    IsoStream* stream = nullptr;
+    const int result = iso_memory_stream_new(bytes, size, &stream);
+    if (result < 0) std::free(bytes);
+    Check(result, inPath);
+    return stream;
+}
+
 IsoNode* AddFile(IsoDir* inParent, const SourceNode& inSource, const std::string& inPath,
                  const SourceWatch* inWatch) {
-    void* stream = nullptr;
+    void* stream = inSource.contents.empty() ? nullptr : NewMemoryStream(inSource, inPath);
     IsoFile* file = nullptr;
-    Check(NewSourceStream(inPath.c_str(), &inSource.facts, inWatch, &stream), inPath);
+    if (stream == nullptr)
+        Check(NewSourceStream(inPath.c_str(), &inSource.facts, inWatch, &stream), inPath);
     const int result = iso_tree_add_new_file(inParent, inSource.name.c_str(),
                                              static_cast<IsoStream*>(stream), &file);
     if (result < 0) FreeSourceStream(stream);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <set>
@@ -23,6 +24,10 @@ constexpr UInt64 kBlock = 2048;
 struct CloseFolder {
     void operator()(DIR* inFolder) const { closedir(inFolder); }
 };
+
+bool IsCompanion(const std::string& inName) {
+    return inName.starts_with("._");
+}
 
 const char* UnfitKind(mode_t inMode) {
     if (S_ISFIFO(inMode)) return "a pipe";
@@ -46,8 +51,11 @@ class Walk {
                   const std::string& inPath);
     void AddFile(SourceNode&& inNode, int inFolderFd, const char* inName,
                  const std::string& inPath);
+    void TakeMacFacts(SourceNode& ioNode, int inFolderFd, const char* inName,
+                      const std::string& inPath);
     void AddLink(SourceNode&& inNode, int inFolderFd, const char* inName,
                  const std::string& inPath);
+    void AddMadeCompanion(const SourceNode& inOwner, const std::string& inPath);
     void ReadFolder(size_t inIndex);
     void Unreadable(const std::string& inPath, int inErrno);
 
@@ -65,6 +73,7 @@ void Walk::AddItem(const std::string& inPath) {
     node.path = inPath;
     node.name = LeafName(inPath);
     if (stat(inPath.c_str(), &node.facts) != 0) throw FailureFromErrno(errno, inPath);
+    if (access(CompanionPath(inPath).c_str(), F_OK) != 0) AddMadeCompanion(node, inPath);
     AddEntry(std::move(node), AT_FDCWD, inPath.c_str(), inPath);
 }
 
@@ -90,9 +99,43 @@ void Walk::AddFile(SourceNode&& inNode, int inFolderFd, const char* inName,
                    const std::string& inPath) {
     if (faccessat(inFolderFd, inName, R_OK, AT_EACCESS) != 0) return Unreadable(inPath, errno);
     inNode.kind = SourceNode::Kind::File;
-    if (mWithFinderInfo) ReadFinderInfo(inFolderFd, inName, &inNode.type, &inNode.creator);
+    if (mWithFinderInfo) TakeMacFacts(inNode, inFolderFd, inName, inPath);
     mTree.contentBytes += (UInt64(inNode.facts.st_size) + kBlock - 1) / kBlock * kBlock;
     mTree.nodes.push_back(std::move(inNode));
+}
+
+// The HFS+ part has a place for type and creator, and none for a fork.
+void Walk::TakeMacFacts(SourceNode& ioNode, int inFolderFd, const char* inName,
+                        const std::string& inPath) {
+    if (IsCompanion(ioNode.name)) return;
+    const MacFacts facts = ReadMacFacts(inFolderFd, inName, inPath);
+    ioNode.type = facts.type;
+    ioNode.creator = facts.creator;
+    if (facts.hasFork)
+        mTree.report.push_back(inPath + ": its resource fork lies beside it, in \"" +
+                               CompanionPath(ioNode.name) + "\"");
+}
+
+// What lies in extended attributes goes onto the disc as a companion, which readers know.
+void Walk::AddMadeCompanion(const SourceNode& inOwner, const std::string& inPath) {
+    if (IsCompanion(inOwner.name) || S_ISLNK(inOwner.facts.st_mode)) return;
+    SourceNode node;
+    node.contents = CompanionFromAttributes(inPath);
+    if (node.contents.empty()) return;
+    node.kind = SourceNode::Kind::File;
+    node.parent = inOwner.parent;
+    node.name = CompanionPath(inOwner.name);
+    node.path = CompanionPath(inPath);
+    if (node.name.size() > NAME_MAX) {
+        mTree.report.push_back(inPath + ": its name is too long for a companion; its Finder " +
+                               "information and resource fork are left out");
+        return;
+    }
+    node.facts = inOwner.facts;
+    node.facts.st_mode = S_IFREG | (inOwner.facts.st_mode & 0666);
+    node.facts.st_size = off_t(node.contents.size());
+    mTree.contentBytes += (node.contents.size() + kBlock - 1) / kBlock * kBlock;
+    mTree.nodes.push_back(std::move(node));
 }
 
 void Walk::AddLink(SourceNode&& inNode, int inFolderFd, const char* inName,
@@ -122,16 +165,19 @@ void Walk::ReadFolder(size_t inIndex) {
     // once.
     std::sort(names.begin(), names.end(), std::greater<>());
     size_t count = 0;
-    for (auto& name : names) {
+    for (const auto& name : names) {
         if (++count % 1024 == 0 && !mObserver(mTree.nodes.size(), path)) throw BurnCancelled();
         SourceNode node;
         node.parent = inIndex;
-        node.name = std::move(name);
+        node.name = name;
         const std::string leaf = node.name, full = path + "/" + leaf;
-        if (fstatat(fd, leaf.c_str(), &node.facts, AT_SYMLINK_NOFOLLOW) != 0)
+        if (fstatat(fd, leaf.c_str(), &node.facts, AT_SYMLINK_NOFOLLOW) != 0) {
             Unreadable(full, errno);
-        else
-            AddEntry(std::move(node), fd, leaf.c_str(), full);
+            continue;
+        }
+        if (!std::binary_search(names.begin(), names.end(), CompanionPath(leaf), std::greater<>()))
+            AddMadeCompanion(node, full);
+        AddEntry(std::move(node), fd, leaf.c_str(), full);
     }
 }
 

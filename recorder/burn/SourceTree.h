@@ -22,6 +22,7 @@ struct SourceNode {
     std::string target;  // of a link
     struct stat facts = {};
     OSType type = 0, creator = 0;  // 0 where the file has none
+    std::vector<UInt8> contents;   // of a file that is not on the host: a companion made for it
 };
 
 struct SourceTree {

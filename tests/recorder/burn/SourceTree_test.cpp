@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "burn/BurnFailure.h"
@@ -143,6 +144,61 @@ TEST_F(Walk, DamagedCompanionsAreIgnored) {
                    std::string(size, '\xFF');
         EXPECT_EQ(Of({mSource / "file"}, true).nodes[1].type, 0u);
     }
+}
+
+TEST_F(Walk, AttributesOfAFileWithoutACompanionBecomeOne) {
+    const std::string info = "TEXTttxt" + std::string(24, '\0'), fork = "resources";
+    Put(mSource / "letter", 5);
+    Put(mSource / "plain", 5);
+    const std::string path = mSource / "letter";
+    if (setxattr(path.c_str(), "user.com.apple.FinderInfo", info.data(), info.size(), 0) != 0)
+        GTEST_SKIP() << "no extended attributes here";
+    ASSERT_EQ(setxattr(path.c_str(), "user.com.apple.ResourceFork", fork.data(), fork.size(), 0),
+              0);
+    for (const std::string& item : {mSource.string(), path}) {
+        const auto tree = Of({item}, true);
+        const auto companion =
+            std::find_if(tree.nodes.begin(), tree.nodes.end(),
+                         [](const SourceNode& inNode) { return inNode.name == "._letter"; });
+        ASSERT_NE(companion, tree.nodes.end());
+        const std::string bytes(companion->contents.begin(), companion->contents.end());
+        EXPECT_EQ(bytes.size(), 26 + 2 * 12 + 32 + fork.size());
+        EXPECT_EQ(bytes.substr(0, 8), std::string("\0\x05\x16\x07\0\x02\0\0", 8));
+        EXPECT_EQ(bytes.substr(50, 32), info);
+        EXPECT_EQ(bytes.substr(82), fork);
+        EXPECT_EQ(companion->facts.st_size, off_t(bytes.size()));
+        const auto letter =
+            std::find_if(tree.nodes.begin(), tree.nodes.end(),
+                         [](const SourceNode& inNode) { return inNode.name == "letter"; });
+        EXPECT_EQ(letter->creator, OSType('ttxt'));
+        EXPECT_THAT(tree.report, ElementsAre(HasSubstr("resource fork lies beside it")));
+    }
+    EXPECT_EQ(Of({mSource}).nodes.size(), 5u) << "none for the plain file";
+}
+
+TEST_F(Walk, AttributesGiveWayToACompanion) {
+    Put(mSource / "letter", 5);
+    const std::string path = mSource / "letter", info = "PICTogle" + std::string(24, '\0');
+    if (setxattr(path.c_str(), "user.com.apple.FinderInfo", info.data(), info.size(), 0) != 0)
+        GTEST_SKIP() << "no extended attributes here";
+    std::ofstream(mSource / "._letter") << "anything";
+    const auto tree = Of({mSource}, true);
+    ASSERT_EQ(tree.nodes.size(), 4u);
+    for (const auto& node : tree.nodes) {
+        EXPECT_TRUE(node.contents.empty());
+        EXPECT_EQ(node.type, 0u);
+    }
+}
+
+TEST_F(Walk, CompanionOfANameThatIsTooLongIsReported) {
+    const std::string name(254, 'n'), path = mSource / name;
+    Put(path, 5);
+    const std::string info = "TEXTttxt" + std::string(24, '\0');
+    if (setxattr(path.c_str(), "user.com.apple.FinderInfo", info.data(), info.size(), 0) != 0)
+        GTEST_SKIP() << "no extended attributes here";
+    const auto tree = Of({mSource});
+    EXPECT_EQ(tree.nodes.size(), 3u);
+    EXPECT_THAT(tree.report, ::testing::Contains(HasSubstr("too long for a companion")));
 }
 
 }  // namespace
