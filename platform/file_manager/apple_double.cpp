@@ -31,9 +31,10 @@ bool AreDifferentKinds(std::vector<AppleDoubleEntry> inEntries) {
 }  // namespace
 
 bool IsAppleDouble(std::span<const UInt8> inStart) {
-    return inStart.size() >= kAppleDoubleListOffset &&
-           ReadBigEndian<UInt32>(inStart.data()) == kAppleDoubleMagic &&
-           ReadBigEndian<UInt32>(inStart.data() + 4) == kAppleDoubleVersion;
+    if (inStart.size() < kAppleDoubleListOffset) return false;
+    const auto version = ReadBigEndian<UInt32>(inStart.data() + 4);
+    return ReadBigEndian<UInt32>(inStart.data()) == kAppleDoubleMagic &&
+           (version == kAppleDoubleVersion || version == kFirstAppleDoubleVersion);
 }
 
 size_t AppleDoubleListEnd(std::span<const UInt8> inStart) {

@@ -20,6 +20,7 @@ enum AppleDoubleEntryID : UInt32 {
 
 inline constexpr UInt32 kAppleDoubleMagic = 0x00051607;
 inline constexpr UInt32 kAppleDoubleVersion = 0x00020000;
+inline constexpr UInt32 kFirstAppleDoubleVersion = 0x00010000;  // read, never written
 inline constexpr size_t kAppleDoubleCountOffset = 24;
 inline constexpr size_t kAppleDoubleListOffset = 26;
 inline constexpr size_t kAppleDoubleEntrySize = 12;

@@ -68,19 +68,25 @@ SInt16 OwnWriter(const struct stat& inFacts, Fork inFork) {
     return 0;
 }
 
-bool MayWrite(int inFile) {
-    const auto path = "/proc/self/fd/" + std::to_string(inFile);
-    return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+OSErr OpeningError(int inErrno) {
+    if (inErrno == EROFS) return wrPermErr;
+    const bool isForbidden = inErrno == EACCES || inErrno == EPERM || inErrno == ETXTBSY;
+    return isForbidden ? OSErr(permErr) : OSErrFromErrno(inErrno);
 }
 
+OSErr CheckMayWrite(int inFile) {
+    const auto path = "/proc/self/fd/" + std::to_string(inFile);
+    const bool mayWrite = faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+    return mayWrite ? OSErr(noErr) : OpeningError(errno);
+}
+
+// A resource fork's file is only read and locked, but who may not write it may not write that fork.
 OSErr OpenFile(const Object& inObject, Fork inFork, bool inIsForWriting, UniqueFd* outFile) {
     const int access = inIsForWriting && inFork == Fork::kData ? O_RDWR : O_RDONLY;
     const int flags = access | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     *outFile = UniqueFd(open(inObject.path.c_str(), flags));
-    if (!*outFile && errno == EROFS) return wrPermErr;
-    if (!*outFile && (errno == EACCES || errno == EPERM || errno == ETXTBSY)) return permErr;
-    if (!*outFile) return OSErrFromErrno(errno);
-    return inIsForWriting && !MayWrite(outFile->Get()) ? OSErr(permErr) : OSErr(noErr);
+    if (!*outFile) return OpeningError(errno);
+    return inIsForWriting ? CheckMayWrite(outFile->Get()) : OSErr(noErr);
 }
 
 OSErr NewStorage(int inFile, Fork inFork, std::unique_ptr<ForkStorage>* outStorage) {

@@ -18,8 +18,8 @@ struct Object;
 
 // Whose metadata is meant: an absolute path. A volume's root keeps its companion inside.
 struct MetadataOwner {
-    MetadataOwner(std::string inPath, bool inIsVolumeRoot = false)
-        : path(std::move(inPath)), isVolumeRoot(inIsVolumeRoot || path == "/") {}
+    MetadataOwner(const std::string& inPath, bool inIsVolumeRoot = false)
+        : path(inPath), isVolumeRoot(inIsVolumeRoot || inPath == "/") {}
     MetadataOwner(const char* inPath) : MetadataOwner(std::string(inPath)) {}
     MetadataOwner(const Object& inObject);
 
