@@ -4,10 +4,6 @@
 
 #include <Platform/Platform.h>
 
-#include <array>
-#include <vector>
-
-#include "file_manager/metadata.h"
 #include "platform/file_manager/FileFixture.h"
 #include "support/PascalString.h"
 
@@ -77,18 +73,6 @@ class ResourceFixture : public FileFixture {
         Str255 name = "\3bad";
         GetResInfo(inHandle, nullptr, nullptr, name);
         return TextOf(name);
-    }
-
-    // The fork as it is on the disk.
-    std::vector<UInt8> ForkOf(const std::string& inName = "file") const {
-        std::vector<UInt8> bytes;
-        EXPECT_EQ(carbon::ReadResourceFork(Path(inName), &bytes), noErr);
-        return bytes;
-    }
-    FSSpec FileWithFork(const std::string& inName, const std::vector<UInt8>& inBytes) const {
-        const FSSpec spec = SpecOf(Write(inName));
-        EXPECT_EQ(carbon::ReplaceResourceFork(Path(inName), inBytes), noErr);
-        return spec;
     }
 
     UInt32 mHandles = 0;

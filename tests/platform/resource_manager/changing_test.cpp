@@ -1,12 +1,12 @@
 // Adding, changing, writing and removing resources, and what the file holds afterwards.
-#include "platform/resource_manager/ResourceFixture.h"
+#include "platform/resource_manager/ForkFixture.h"
 
 namespace {
 
-class Changing : public ResourceFixture {
+class Changing : public ForkFixture {
   protected:
     void SetUp() override {
-        ResourceFixture::SetUp();
+        ForkFixture::SetUp();
         mSpec = NewFile();
         mFile = Open(mSpec);
     }

@@ -1,11 +1,11 @@
 // Making, opening and closing resource files.
 #include <Carbon/LowMem.h>
 
-#include "platform/resource_manager/ResourceFixture.h"
+#include "platform/resource_manager/ForkFixture.h"
 
 namespace {
 
-class Opening : public ResourceFixture {};
+class Opening : public ForkFixture {};
 
 TEST_F(Opening, ANewFileHasTypeAndCreatorAndAnEmptyMap) {
     const FSSpec spec = NewFile();

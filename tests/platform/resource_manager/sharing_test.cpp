@@ -9,7 +9,7 @@
 #include <set>
 #include <thread>
 
-#include "platform/resource_manager/ResourceFixture.h"
+#include "platform/resource_manager/ForkFixture.h"
 #include "support/Command.h"
 
 namespace {
@@ -58,7 +58,7 @@ class Peer {
     FILE* mOutput = nullptr;
 };
 
-class Sharing : public ResourceFixture {
+class Sharing : public ForkFixture {
   protected:
     static std::string Program() { return ProgramFolder() + "/resource_peer"; }
     static std::string OwnString(const std::string& inProgram) {
@@ -69,8 +69,8 @@ class Sharing : public ResourceFixture {
     FSSpec FileWithTwins() const {
         const FSSpec spec = NewFile();
         const auto number = Open(spec);
-        Add('Same', 1, "twin");
-        Add('Same', 2, "twin");
+        Add('Same', 1, "tttt");
+        Add('Same', 2, "tttt");
         Add('TEXT', 1, "stays");
         CloseResFile(number);
         return spec;
@@ -120,7 +120,7 @@ TEST_F(Sharing, AReaderKeepsTheForkThatItOpened) {
         std::this_thread::yield();
     EXPECT_NE(ForkOf(), before);
     LoadResource(handle);
-    EXPECT_EQ(TextIn(handle), "twin");
+    EXPECT_EQ(TextIn(handle), "tttt");
     EXPECT_EQ(HomeResFile(handle), reader);
 }
 

@@ -3,12 +3,12 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/resource_manager/ResourceFixture.h"
+#include "platform/resource_manager/ForkFixture.h"
 #include "support/Command.h"
 
 namespace {
 
-class Tools : public ResourceFixture {
+class Tools : public ForkFixture {
   protected:
     void Run(const std::vector<std::string>& inWords, const std::string& inFolder) const {
         CommandOptions options;
