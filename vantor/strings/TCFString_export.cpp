@@ -115,9 +115,10 @@ SInt32 TCFString::ToLong(SInt32 inBase, Boolean* outOk) const {
 
 SInt64 TCFString::ToLongLong(SInt32 inBase, Boolean* outOk) const {
     const NumberText number(*this);
-    char* end = const_cast<char*>(number.text);
-    const SInt64 value = std::strtoll(number.text, &end, inBase);
-    number.Report(end, outOk);
+    const bool isBase = inBase == 0 || (inBase >= 2 && inBase <= 36);
+    char* end = nullptr;
+    const SInt64 value = isBase ? std::strtoll(number.text, &end, inBase) : 0;
+    number.Report(isBase ? end : number.text, outOk);
     return value;
 }
 
