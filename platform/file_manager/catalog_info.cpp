@@ -56,17 +56,6 @@ UInt8 AccessOf(const Object& inObject) {
                  (MayUser(inObject.path, X_OK) ? 1 : 0));
 }
 
-// Bits for what is forbidden: see folders, see files, make changes, and (the last) not the owner.
-UInt8 PrivilegesOf(const Object& inObject) {
-    if (!inObject.status.IsFolder()) return 0;
-    const UInt8 access = AccessOf(inObject);
-    UInt8 forbidden = 0;
-    if ((access & 5) != 5) forbidden |= 0x03;
-    if (!(access & 2)) forbidden |= 0x04;
-    if (inObject.status.user != geteuid()) forbidden |= 0x80;
-    return forbidden;
-}
-
 // User, group, then a zero byte, a byte for the user's access, and 16 bits for the mode.
 void PutPermissions(const Object& inObject, UInt32* outPermissions) {
     const UInt8 access[2] = {0, AccessOf(inObject)};
@@ -127,6 +116,22 @@ constexpr FSCatalogInfoBitmap kFromCompanion = kFSCatInfoNodeFlags | kFSCatInfoC
                                                kFSCatInfoFinderXInfo | kFSCatInfoRsrcSizes;
 
 }  // namespace
+
+SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFacts) {
+    if (inFacts.created) return *inFacts.created;
+    const SInt64 birth = inStatus.identity.birth;
+    return birth > 0 ? birth / kNanoseconds : inStatus.modified.tv_sec;
+}
+
+UInt8 PrivilegesOf(const Object& inObject) {
+    if (!inObject.status.IsFolder()) return 0;
+    const UInt8 access = AccessOf(inObject);
+    UInt8 forbidden = 0;
+    if ((access & 5) != 5) forbidden |= 0x03;
+    if (!(access & 2)) forbidden |= 0x04;
+    if (inObject.status.user != geteuid()) forbidden |= 0x80;
+    return forbidden;
+}
 
 UInt32 NodeIDOf(Objects& ioObjects, const Object& inObject) {
     if (!inObject.status.IsFolder()) {

@@ -1,6 +1,7 @@
 // What FSGetCatalogInfo tells about an object.
 #pragma once
 
+#include "file_manager/metadata.h"
 #include "file_manager/objects.h"
 
 namespace carbon {
@@ -12,5 +13,13 @@ OSErr GetCatalogInfo(Objects& ioObjects, const Object& inObject, FSCatalogInfoBi
 // The number by which an object is known: a folder's directory ID; for a file one made from its
 // inode, above all directory IDs.
 UInt32 NodeIDOf(Objects& ioObjects, const Object& inObject);
+
+// Seconds of Unix time: the date that the companion keeps, else the moment of birth, else the
+// oldest one known.
+SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFacts);
+
+// What the user may not do in a folder: bit 0 see folders, 1 see files, 2 make changes; bit 7 when
+// the user is not its owner. 0 for a file.
+UInt8 PrivilegesOf(const Object& inObject);
 
 }  // namespace carbon

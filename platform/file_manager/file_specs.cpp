@@ -2,11 +2,10 @@
 #include <Carbon/Files.h>
 #include <Carbon/MacErrors.h>
 
-#include <cstring>
-
-#include "file_manager/finder_info.h"
 #include "file_manager/names.h"
+#include "file_manager/parameter_block.h"
 #include "file_manager/pathname.h"
+#include "file_manager/volume_selection.h"
 
 static_assert(sizeof(FSSpec) == 70, "specs travel in events and files");
 static_assert(sizeof(FSRef) == 80, "references travel in events");
@@ -32,16 +31,6 @@ OSErr MakeRef(const FSSpec& inSpec, FSRef* outRef) {
     return error;
 }
 
-OSErr GetFinderInfo(const FSSpec& inSpec, FInfo* outInfo) {
-    const Catalog catalog;
-    Object object;
-    if (const OSErr error = catalog->FindBySpec(inSpec, &object)) return error;
-    if (object.status.IsFolder()) return fnfErr;
-    const Metadata metadata = MetadataOf(object);
-    std::memcpy(outInfo, metadata.finderInfo, sizeof *outInfo);
-    return noErr;
-}
-
 OSErr GetDefault(StringPtr outName, FSVolumeRefNum* outVolume, SInt32* outDirectory) {
     const Catalog catalog;
     Objects& objects = *catalog;
@@ -56,16 +45,24 @@ OSErr GetDefault(StringPtr outName, FSVolumeRefNum* outVolume, SInt32* outDirect
 
 OSErr SetDefault(ConstStr63Param inName, FSVolumeRefNum inVolume, SInt32 inDirectory) {
     const Catalog catalog;
-    Objects& objects = *catalog;
-    const Volume* named = inName ? VolumeInPathname(objects, TextOfPascal(inName)) : nullptr;
-    if (inName && inName[0] > 0 && !named) return nsvErr;
-    if (inVolume == 0 && !named) inVolume = CurrentDirectory(objects).volume;
-    if (named) inVolume = named->number;
+    const bool isNamed = inName && inName[0] > 0;
+    const Volume* named = isNamed ? VolumeInPathname(*catalog, TextOfPascal(inName)) : nullptr;
+    if (isNamed && !named) return nsvErr;
+    const Volume* volume = named ? named : VolumeByNumber(*catalog, inVolume);
+    if (!volume) return nsvErr;
     Folder folder;
     const SInt32 directory = inDirectory == 0 ? SInt32(fsRtDirID) : inDirectory;
-    if (const OSErr error = objects.AllFolders().FindById(inVolume, directory, &folder))
-        return error;
-    SetCurrentDirectory({folder.volume, folder.id});
+    const OSErr error = catalog->AllFolders().FindById(volume->number, directory, &folder);
+    if (error == noErr) SetCurrentDirectory({folder.volume, folder.id});
+    return error;
+}
+
+OSErr GetDefault(WDPBRec* outRecord) {
+    FSVolumeRefNum volume = 0;
+    const OSErr error = GetDefault(outRecord->ioNamePtr, &volume, &outRecord->ioWDDirID);
+    if (error != noErr) return error;
+    outRecord->ioVRefNum = outRecord->ioWDVRefNum = volume;
+    outRecord->ioWDProcID = 0;
     return noErr;
 }
 
@@ -81,14 +78,23 @@ OSErr FSpMakeFSRef(const FSSpec* source, FSRef* newRef) {
     return source && newRef ? carbon::MakeRef(*source, newRef) : OSErr(paramErr);
 }
 
-OSErr FSpGetFInfo(const FSSpec* spec, FInfo* fndrInfo) {
-    return spec && fndrInfo ? carbon::GetFinderInfo(*spec, fndrInfo) : OSErr(paramErr);
-}
-
 OSErr HGetVol(StringPtr volName, FSVolumeRefNum* vRefNum, SInt32* dirID) {
     return carbon::GetDefault(volName, vRefNum, dirID);
 }
 
 OSErr HSetVol(ConstStr63Param volName, FSVolumeRefNum vRefNum, SInt32 dirID) {
     return carbon::SetDefault(volName, vRefNum, dirID);
+}
+
+OSErr PBHGetVolSync(WDPBPtr paramBlock) {
+    if (!paramBlock) return paramErr;
+    return carbon::Perform(paramBlock,
+                           [](WDPBRec& ioRecord) { return carbon::GetDefault(&ioRecord); });
+}
+
+OSErr PBHSetVolSync(WDPBPtr paramBlock) {
+    if (!paramBlock) return paramErr;
+    return carbon::Perform(paramBlock, [](WDPBRec& inRecord) {
+        return carbon::SetDefault(inRecord.ioNamePtr, inRecord.ioVRefNum, inRecord.ioWDDirID);
+    });
 }

@@ -44,6 +44,14 @@ OSErr ReadFolder(const std::string& inPath, std::vector<std::string>* outNames) 
     });
 }
 
+OSErr VisitFolder(const std::string& inPath,
+                  const std::function<void(std::string_view, UInt8)>& inVisit) {
+    return ForEachEntry(inPath, [&](const dirent& inEntry) {
+        inVisit(inEntry.d_name, inEntry.d_type);
+        return true;
+    });
+}
+
 OSErr CountEntries(const std::string& inPath, UInt32* outCount) {
     *outCount = 0;
     return ForEachEntry(inPath, [&](const dirent& inEntry) {

@@ -6,12 +6,18 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace carbon {
 
 // All names in a folder but "." and "..", companions ("._name") left out, in no order.
 OSErr ReadFolder(const std::string& inPath, std::vector<std::string>* outNames);
+
+// Calls `inVisit` with the name and type (DT_REG and its like) of each entry but "." and "..",
+// companions too.
+OSErr VisitFolder(const std::string& inPath,
+                  const std::function<void(std::string_view inName, UInt8 inType)>& inVisit);
 
 // How many entries a caller is shown.
 OSErr CountEntries(const std::string& inPath, UInt32* outCount);

@@ -95,6 +95,7 @@ bool SetNextId(Database& inDatabase, SInt32 inNext) {
 IdTable::IdTable(std::string inPath, std::function<void()> inOnReplaced)
     : mPath(std::move(inPath)),
       mOnReplaced(std::move(inOnReplaced)),
+      mFileCount(mPath.empty() ? "" : mPath + ".files"),
       mIsUnavailable(mPath.empty()) {}
 
 Database* IdTable::Open() {
@@ -106,8 +107,15 @@ Database* IdTable::Open() {
         mDatabase = Database::Open(mPath, kSchema);
         mIsUnavailable = !mDatabase;
         if (mDatabase && mDatabase->IsSuccessor()) mOnReplaced();
+        if (mDatabase && !HasFiles()) CountFiles();
     }
     return mDatabase.get();
+}
+
+// The counter's file may be younger than the table.
+void IdTable::CountFiles() {
+    Statement files(*mDatabase, "SELECT 1 FROM objects WHERE folder=0 LIMIT 1");
+    if (files.NextRow()) mFileCount.Increment();
 }
 
 bool IdTable::GiveUpIfDamaged() {
@@ -165,12 +173,14 @@ SInt32 IdTable::AllocateShared(const IdRecord& inRecord) {
     record.id = NextId(*database, mPath);
     if (record.id == 0 || record.id >= kFirstPrivateId) return 0;
     if (!SetNextId(*database, record.id + 1) || !Insert(*database, record)) return 0;
+    if (!record.isFolder) mFileCount.Increment();
     return transaction.Commit() ? record.id : 0;
 }
 
 SInt32 IdTable::AllocatePrivate(IdRecord inRecord) {
     inRecord.id = kFirstPrivateId + SInt32(mPrivate.size());
     mPrivate.emplace(inRecord.id, inRecord);
+    if (!inRecord.isFolder) mFileCount.Increment();
     return inRecord.id;
 }
 
@@ -190,6 +200,21 @@ void IdTable::Correct(const IdRecord& inRecord) {
         // A row that cannot be written leaves the old one, which the next use finds wrong again.
         if (!Insert(*database, inRecord)) GiveUpIfDamaged();
     }
+}
+
+void IdTable::Remove(SInt32 inId) {
+    if (mPrivate.erase(inId) > 0) return;
+    if (Database* database = Open()) {
+        // A row that stays names a file that is not there, as the next use finds out.
+        if (!Statement(*database, "DELETE FROM objects WHERE id=?").Bind(inId).Run())
+            GiveUpIfDamaged();
+    }
+}
+
+SInt32 IdTable::NextNumber() {
+    Database* database = Open();
+    const SInt32 next = database ? NextId(*database, mPath) : 0;
+    return next != 0 ? next : kFirstPrivateId + SInt32(mPrivate.size());
 }
 
 std::vector<SInt32> IdTable::RecentFolders(int inCount) {

@@ -10,6 +10,7 @@
 
 #include "file_manager/database.h"
 #include "file_manager/object_status.h"
+#include "file_manager/shared_counter.h"
 
 namespace carbon {
 
@@ -40,6 +41,12 @@ class IdTable {
     SInt32 Allocate(const IdRecord& inRecord);
     // Adds a row for an object that has its number already.
     void Correct(const IdRecord& inRecord);
+    // Forgets an object that is gone; its number is not given again.
+    void Remove(SInt32 inId);
+    // False when no file has a number, which is told without looking.
+    bool HasFiles() const { return mFileCount.Value() != 0; }
+    // The number that the next new object gets.
+    SInt32 NextNumber();
     // The folders whose rows are the newest, for a search after a move.
     std::vector<SInt32> RecentFolders(int inCount);
 
@@ -48,12 +55,14 @@ class IdTable {
 
   private:
     Database* Open();
+    void CountFiles();
     bool GiveUpIfDamaged();
     SInt32 AllocateShared(const IdRecord& inRecord);
     SInt32 AllocatePrivate(IdRecord inRecord);
 
     std::string mPath;
     std::function<void()> mOnReplaced;
+    SharedCounter mFileCount;  // files that ever got a number
     std::unique_ptr<Database> mDatabase;
     bool mIsUnavailable = false;
     std::unordered_map<SInt32, IdRecord> mPrivate;

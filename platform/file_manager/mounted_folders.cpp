@@ -13,22 +13,32 @@ namespace carbon {
 
 namespace {
 
-OSErr MountFolder(const char* inPath, const char* inName, FSVolumeRefNum* outNumber) {
+constexpr OptionBits kAllOptions = kPlatformMountParametersVersion1 * 2 - 1;
+
+OSErr MountFolder(const char* inPath, const char* inName, OptionBits inOptions,
+                  FSVolumeRefNum* outNumber) {
+    if (inOptions & ~kAllOptions) return paramErr;
     char path[PATH_MAX];
     if (!realpath(inPath, path)) return OSErrFromErrno(errno);
     ObjectStatus status;
     if (const OSErr error = StatusOfObject(path, &status)) return error;
     if (!status.IsFolder()) return dirNFErr;
     const Catalog catalog;
-    return catalog->AllFolders().Registry().MountFolder(path, inName ? inName : "", outNumber);
+    VolumeRegistry& registry = catalog->AllFolders().Registry();
+    return registry.MountFolder(path, inName ? inName : "", inOptions, outNumber);
 }
 
 }  // namespace
 
 }  // namespace carbon
 
+OSErr PlatformMountFolderWithOptions(const char* path, const char* name, OptionBits options,
+                                     FSVolumeRefNum* vRefNum) {
+    return path && vRefNum ? carbon::MountFolder(path, name, options, vRefNum) : OSErr(paramErr);
+}
+
 OSErr PlatformMountFolder(const char* path, const char* name, FSVolumeRefNum* vRefNum) {
-    return path && vRefNum ? carbon::MountFolder(path, name, vRefNum) : OSErr(paramErr);
+    return PlatformMountFolderWithOptions(path, name, 0, vRefNum);
 }
 
 OSErr PlatformUnmountFolder(FSVolumeRefNum vRefNum) {

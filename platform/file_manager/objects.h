@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "file_manager/folder_cache.h"
 #include "file_manager/folders.h"
 
 namespace carbon {
@@ -31,23 +32,26 @@ class Objects {
     OSErr FindInFolder(const Folder& inFolder, const std::string& inDiskName, Object* outObject);
     // The folder itself, as an entry of its parent.
     OSErr FindFolder(const Folder& inFolder, Object* outObject);
+    // The root of a volume.
+    OSErr FindRoot(const Volume& inVolume, Object* outObject);
 
     FSRef RefTo(const Object& inObject) const;
     // The reference to the folder that an object lies in; one that names nothing for a root.
     FSRef RefToParent(const Object& inObject);
 
     Folders& AllFolders() { return mFolders; }
+    FolderCache& Listings() { return mListings; }
 
   private:
     OSErr FindEntryBySpec(const FSSpec& inSpec, Object* outObject);
     OSErr TakeEntry(const Folder& inFolder, const Entry& inEntry, Object* outObject);
-    OSErr FindRoot(const Volume& inVolume, Object* outObject);
     OSErr FindEntryByRef(const FSRef& inRef, Object* outObject);
     OSErr FindMoved(const FSRef& inRef, Object* outObject);
     bool Recall(const std::string& inKey, Object* outObject);
     void Remember(const std::string& inKey, const Object& inObject);
 
     Folders mFolders;
+    FolderCache mListings{mFolders.Registry()};
     std::unordered_map<std::string, Object> mKnown;
     UInt64 mEdition = 0;  // of the registry, when mKnown began
 };

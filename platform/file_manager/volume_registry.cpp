@@ -2,6 +2,7 @@
 #include "file_manager/volume_registry.h"
 
 #include <Carbon/MacErrors.h>
+#include <Platform/Platform.h>
 #include <dirent.h>
 #include <sys/stat.h>
 
@@ -26,6 +27,24 @@ constexpr const char* kSchema =
     " name BLOB NOT NULL);"
     "CREATE TABLE folders(row INTEGER PRIMARY KEY, path BLOB UNIQUE NOT NULL, name BLOB NOT NULL,"
     " start BLOB NOT NULL);";
+
+// Made apart from the rest, since files of earlier versions lack it.
+constexpr const char* kOptionsSchema =
+    "CREATE TABLE IF NOT EXISTS options(path BLOB PRIMARY KEY, bits INTEGER NOT NULL,"
+    " backup INTEGER NOT NULL)";
+
+bool SetOptions(Database& inDatabase, const std::string& inPath, OptionBits inOptions,
+                UInt32 inBackedUp) {
+    Statement set(inDatabase, "INSERT OR REPLACE INTO options(path, bits, backup) VALUES(?,?,?)");
+    return set.Bind(inPath).Bind(inOptions).Bind(inBackedUp).Run();
+}
+
+struct MountedFolder {
+    std::string path;
+    std::string name;
+    OptionBits options;
+    UInt32 backedUp;
+};
 
 // Folders are mounted until the computer restarts, like any volume that no table brings back.
 std::string StartOfSystem() {
@@ -124,8 +143,10 @@ Database* VolumeRegistry::Open() {
         if (mDatabase->IsDamaged()) mDatabase->SetAside();
         mDatabase.reset();
     }
-    if (!mDatabase && !mFolder.empty())
+    if (!mDatabase && !mFolder.empty()) {
         mDatabase = Database::Open(mFolder + "/registry.db", kSchema);
+        if (mDatabase) mDatabase->Execute(kOptionsSchema);
+    }
     return mDatabase.get();
 }
 
@@ -162,6 +183,8 @@ void VolumeRegistry::AddMounts() {
         Volume volume;
         volume.root = inMount.point;
         volume.device = inMount.device;
+        volume.type = inMount.type;
+        volume.source = inMount.source;
         // A server that does not answer must not stop everyone who asks for a volume.
         if (!IsOnNetwork(inMount)) {
             ObjectStatus status;
@@ -181,19 +204,28 @@ void VolumeRegistry::AddMounts() {
 void VolumeRegistry::AddFolders() {
     Database* database = Open();
     if (!database) return;
-    std::vector<std::pair<std::string, std::string>> folders;
+    std::vector<MountedFolder> folders;
     {
-        Statement rows(*database, "SELECT path, name FROM folders WHERE start=? ORDER BY row");
+        Statement rows(*database,
+                       "SELECT path, name, IFNULL(bits, 0), IFNULL(backup, 0) FROM folders"
+                       " LEFT JOIN options USING(path) WHERE start=? ORDER BY row");
         rows.Bind(StartOfSystem());
-        while (rows.NextRow()) folders.emplace_back(rows.Bytes(0), rows.Bytes(1));
+        while (rows.NextRow()) {
+            folders.push_back({rows.Bytes(0), rows.Bytes(1), OptionBits(rows.Integer(2)),
+                               UInt32(rows.Integer(3))});
+        }
     }
-    for (const auto& [path, name] : folders) {
+    for (const auto& folder : folders) {
         ObjectStatus status;
-        if (!IsFolder(path, &status)) continue;
+        if (!IsFolder(folder.path, &status)) continue;
         Volume volume;
-        volume.root = path;
+        volume.root = folder.path;
         volume.device = status.identity.device;
-        Add(std::move(volume), "folder " + path, name);
+        volume.isFolder = true;
+        volume.options = folder.options;
+        volume.backedUp = folder.backedUp;
+        volume.isReadOnly = folder.options & kPlatformMountHardwareLocked;
+        Add(std::move(volume), "folder " + folder.path, folder.name);
     }
 }
 
@@ -278,37 +310,94 @@ const Volume& VolumeRegistry::Containing(const std::string& inPath) const {
     return *innermost;
 }
 
+const Volume* VolumeRegistry::FindFolder(FSVolumeRefNum inNumber) const {
+    const Volume* volume = Find(inNumber);
+    return volume && volume->isFolder ? volume : nullptr;
+}
+
+OSErr VolumeRegistry::Announce(bool inIsDone) {
+    if (!inIsDone) return ioErr;
+    mChanges.Increment();
+    RefreshFolders();
+    return noErr;
+}
+
 OSErr VolumeRegistry::MountFolder(const std::string& inPath, const std::string& inName,
-                                  FSVolumeRefNum* outNumber) {
+                                  OptionBits inOptions, FSVolumeRefNum* outNumber) {
     Refresh();
     if (FindByRoot(inPath)) return volOnLinErr;
     Database* database = Open();
-    if (!database) return ioErr;
+    if (!database || !SetOptions(*database, inPath, inOptions, 0)) return ioErr;
     Statement add(*database, "INSERT OR REPLACE INTO folders(path, name, start) VALUES(?,?,?)");
     const auto name = inName.empty() ? LeafOfPath(inPath) : inName;
     if (!add.Bind(inPath).Bind(name).Bind(StartOfSystem()).Run()) return ioErr;
     Statement rename(*database, "UPDATE volumes SET name=? WHERE identity=?");
-    if (!rename.Bind(UniqueName(name)).Bind("folder " + inPath).Run()) return ioErr;
-    mChanges.Increment();
-    RefreshFolders();
+    const bool isDone = rename.Bind(UniqueName(name)).Bind("folder " + inPath).Run();
+    if (const OSErr error = Announce(isDone)) return error;
     const Volume* volume = FindByRoot(inPath);
     if (!volume) return ioErr;
     *outNumber = volume->number;
     return noErr;
 }
 
+OSErr VolumeRegistry::MountAgain(const std::string& inName, FSVolumeRefNum* outNumber) {
+    Refresh();
+    const Volume* volume = FindByName(inName);
+    if (volume && volume->isFolder && (volume->options & kPlatformMountRemote)) {
+        *outNumber = volume->number;
+        return afpAlreadyMounted;
+    }
+    Database* database = Open();
+    std::string path, name;
+    OptionBits options = 0;
+    if (database) {
+        Statement rows(*database,
+                       "SELECT path, name, bits FROM options JOIN volumes"
+                       " ON identity = CAST('folder ' || path AS BLOB) WHERE bits & ?");
+        rows.Bind(SInt64(kPlatformMountRemote));
+        while (path.empty() && rows.NextRow()) {
+            if (Folded(rows.Bytes(1)) != Folded(inName)) continue;
+            path = rows.Bytes(0);
+            name = rows.Bytes(1);
+            options = OptionBits(rows.Integer(2));
+        }
+    }
+    ObjectStatus status;
+    if (path.empty() || !IsFolder(path, &status)) return nsvErr;
+    return MountFolder(path, DiskNameOf(name), options, outNumber);
+}
+
 OSErr VolumeRegistry::UnmountFolder(FSVolumeRefNum inNumber) {
     Refresh();
-    const Volume* volume = Find(inNumber);
-    if (!volume) return nsvErr;
+    if (!Find(inNumber)) return nsvErr;
+    const Volume* volume = FindFolder(inNumber);
+    if (!volume) return fBsyErr;
     Database* database = Open();
     if (!database) return ioErr;
     Statement remove(*database, "DELETE FROM folders WHERE path=? RETURNING row");
     if (!remove.Bind(volume->root).NextRow()) return fBsyErr;
-    if (!remove.Run()) return ioErr;
-    mChanges.Increment();
-    RefreshFolders();
-    return noErr;
+    return Announce(remove.Run());
+}
+
+OSErr VolumeRegistry::RenameFolder(FSVolumeRefNum inNumber, const std::string& inName) {
+    Refresh();
+    const Volume* volume = FindFolder(inNumber);
+    if (!volume) return fBsyErr;
+    const Volume* other = FindByName(inName);
+    if (other && other != volume) return dupFNErr;
+    Database* database = Open();
+    if (!database) return ioErr;
+    Statement rename(*database, "UPDATE volumes SET name=? WHERE number=?");
+    return Announce(rename.Bind(inName).Bind(inNumber).Run());
+}
+
+OSErr VolumeRegistry::ChangeFolder(FSVolumeRefNum inNumber, OptionBits inOptions,
+                                   UInt32 inBackedUp) {
+    Refresh();
+    const Volume* volume = FindFolder(inNumber);
+    if (!volume) return wPrErr;
+    Database* database = Open();
+    return Announce(database && SetOptions(*database, volume->root, inOptions, inBackedUp));
 }
 
 }  // namespace carbon

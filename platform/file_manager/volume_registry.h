@@ -20,7 +20,12 @@ struct Volume {
     std::string name;       // MacRoman, at most 27 bytes
     std::string root;       // path
     std::string tablePath;  // where its numbers of folders are kept; empty when nowhere
+    std::string type;       // of the file system; empty for a mounted folder
+    std::string source;     // "/dev/sda1", "server:/path"
     UInt64 device = 0;
+    OptionBits options = 0;  // kPlatformMountRemote and its like
+    UInt32 backedUp = 0;     // as PBSetVInfo set it
+    bool isFolder = false;   // mounted by PlatformMountFolder
     bool isReadOnly = false;
     bool isOnNetwork = false;
 };
@@ -50,9 +55,15 @@ class VolumeRegistry {
     void AnnounceChange() { mChanges.Increment(); }
 
     // A real path without symbolic links; the name may be empty for the folder's own.
-    OSErr MountFolder(const std::string& inPath, const std::string& inName,
+    OSErr MountFolder(const std::string& inPath, const std::string& inName, OptionBits inOptions,
                       FSVolumeRefNum* outNumber);
+    // A folder that was mounted as a server's volume of that name. afpAlreadyMounted, with its
+    // number too; nsvErr when there was none.
+    OSErr MountAgain(const std::string& inName, FSVolumeRefNum* outNumber);
     OSErr UnmountFolder(FSVolumeRefNum inNumber);
+    // Of mounted folders only. The name is MacRoman; another volume may have it.
+    OSErr RenameFolder(FSVolumeRefNum inNumber, const std::string& inName);
+    OSErr ChangeFolder(FSVolumeRefNum inNumber, OptionBits inOptions, UInt32 inBackedUp);
 
     void Close();                            // before a fork
     void ForgetWatch() { mWatch.Forget(); }  // in the child
@@ -65,6 +76,8 @@ class VolumeRegistry {
     void Add(Volume inVolume, const std::string& inIdentity, const std::string& inName);
     bool Register(const std::string& inIdentity, const std::string& inName, Volume* ioVolume);
     std::string UniqueName(const std::string& inName);
+    const Volume* FindFolder(FSVolumeRefNum inNumber) const;
+    OSErr Announce(bool inIsDone);
 
     std::string mFolder;
     std::unique_ptr<Database> mDatabase;

@@ -3,6 +3,9 @@
 //   path VOLUME PARENT HEX  prints error and path
 //   alias FILE              prints error and path of the alias record in FILE
 //   application VOLUME CREATOR  prints error and name from the desktop database
+//   create, delete, lock VOLUME PARENT HEX           each prints the error
+//   rename VOLUME PARENT HEX NAME
+//   move VOLUME PARENT HEX FOLDER
 //   allocate FOLDER         makes folders below FOLDER and asks for their numbers until killed,
 //                           printing "number path" for each
 #include <Carbon/Carbon.h>
@@ -38,15 +41,20 @@ int PrintSpec(const char* inPath) {
     return 0;
 }
 
-int PrintPath(const char* inVolume, const char* inParent, const std::string& inName) {
+FSSpec MakeSpec(char** inVolume) {
+    const std::string name = BytesOfHex(inVolume[2]);
     FSSpec spec{};
-    spec.vRefNum = FSVolumeRefNum(std::atoi(inVolume));
-    spec.parID = std::atoi(inParent);
-    spec.name[0] = UInt8(inName.size());
-    std::memcpy(spec.name + 1, inName.data(), inName.size());
+    spec.vRefNum = FSVolumeRefNum(std::atoi(inVolume[0]));
+    spec.parID = std::atoi(inVolume[1]);
+    spec.name[0] = UInt8(name.size());
+    std::memcpy(spec.name + 1, name.data(), name.size());
+    return spec;
+}
+
+int PrintPath(const FSSpec& inSpec) {
     FSRef ref;
     UInt8 path[4096] = "";
-    OSStatus error = FSpMakeFSRef(&spec, &ref);
+    OSStatus error = FSpMakeFSRef(&inSpec, &ref);
     if (error == noErr) error = FSRefMakePath(&ref, path, sizeof path);
     std::printf("%d %s\n", int(error), reinterpret_cast<const char*>(path));
     return 0;
@@ -83,6 +91,26 @@ int PrintApplication(const char* inVolume, const char* inCreator) {
     return 0;
 }
 
+OSErr Rename(const FSSpec& inSpec, const std::string& inName) {
+    const std::string name = char(inName.size()) + inName;
+    return FSpRename(&inSpec, reinterpret_cast<const UInt8*>(name.c_str()));
+}
+
+OSErr Move(const FSSpec& inSpec, const char* inFolder) {
+    return CatMove(inSpec.vRefNum, inSpec.parID, inSpec.name, std::atoi(inFolder), nullptr);
+}
+
+int PrintChange(const std::string& inCommand, const FSSpec& inSpec, const char* inArgument) {
+    OSErr error = paramErr;
+    if (inCommand == "create") error = FSpCreate(&inSpec, 'ttxt', 'TEXT', 0);
+    if (inCommand == "delete") error = FSpDelete(&inSpec);
+    if (inCommand == "lock") error = FSpSetFLock(&inSpec);
+    if (inCommand == "rename" && inArgument) error = Rename(inSpec, inArgument);
+    if (inCommand == "move" && inArgument) error = Move(inSpec, inArgument);
+    std::printf("%d\n", int(error));
+    return 0;
+}
+
 int AllocateForEver(const std::string& inFolder) {
     for (int i = 0;; ++i) {
         const auto folder = inFolder + "/" + std::to_string(getpid()) + "-" + std::to_string(i);
@@ -104,13 +132,12 @@ int AllocateForEver(const std::string& inFolder) {
 int main(int inCount, char** inArguments) {
     const std::string command = inCount > 2 ? inArguments[1] : "";
     if (command == "spec") return PrintSpec(inArguments[2]);
-    if (command == "path" && inCount == 5) {
-        return PrintPath(inArguments[2], inArguments[3], BytesOfHex(inArguments[4]));
-    }
+    if (command == "path" && inCount == 5) return PrintPath(MakeSpec(inArguments + 2));
     if (command == "alias") return PrintAlias(inArguments[2]);
     if (command == "application" && inCount == 4) {
         return PrintApplication(inArguments[2], inArguments[3]);
     }
     if (command == "allocate") return AllocateForEver(inArguments[2]);
+    if (inCount >= 5) return PrintChange(command, MakeSpec(inArguments + 2), inArguments[5]);
     return 2;
 }

@@ -1,0 +1,212 @@
+// Owns the listings in memory: when they are read, how notices keep them true, when they go.
+#include "file_manager/folder_cache.h"
+
+#include <Carbon/MacErrors.h>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+
+#include "posix/fork_count.h"
+
+namespace carbon {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr size_t kMostListings = 128;
+constexpr size_t kLargestFootprint = 64 * 1024 * 1024;
+constexpr size_t kBuffer = 16 * 1024;
+// Reading anew is cheaper than taking in so many notices.
+constexpr UInt32 kMostNotices = 256;
+// Without notices a listing counts for as long as reading it took, times this.
+constexpr int kTrustFactor = 20;
+
+constexpr UInt32 kWatched = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF |
+                            IN_ONLYDIR | IN_DONT_FOLLOW;
+
+bool AreSame(const timespec& inOne, const timespec& inOther) {
+    return inOne.tv_sec == inOther.tv_sec && inOne.tv_nsec == inOther.tv_nsec;
+}
+
+}  // namespace
+
+struct FolderCache::Listing {
+    SortedFolder folder;
+    ObjectStatus status;  // when it was read
+    int watch = -1;
+    UInt32 notices = 0;  // taken in at one time
+    bool isStale = true;
+    Clock::time_point readAt;
+    Clock::duration cost{};
+    UInt64 lastUse = 0;
+    size_t footprint = 0;
+
+    bool IsTrueTo(const ObjectStatus& inNow) const {
+        return AreSame(status.modified, inNow.modified) && AreSame(status.changed, inNow.changed) &&
+               Clock::now() - readAt < cost * kTrustFactor;
+    }
+};
+
+FolderCache::FolderCache(const VolumeRegistry& inRegistry) : mRegistry(inRegistry) {}
+FolderCache::~FolderCache() = default;
+
+// A child that shared its parent's queue would take the parent's notices away.
+void FolderCache::Start() {
+    if (mNotices && mForks == ForkCount()) return;
+    DropAll();
+    mForks = ForkCount();
+    mNotices.Reset(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+}
+
+void FolderCache::Drop(const std::string& inPath) {
+    const auto found = mByPath.find(inPath);
+    if (found == mByPath.end()) return;
+    const int watch = found->second->watch;
+    std::erase_if(mByWatch,
+                  [&](const auto& inItem) { return inItem.second == found->second.get(); });
+    if (watch >= 0 && !mByWatch.count(watch)) inotify_rm_watch(mNotices.Get(), watch);
+    mFootprint -= found->second->footprint;
+    mByPath.erase(found);
+}
+
+void FolderCache::DropAll() {
+    mByWatch.clear();
+    mByPath.clear();
+    mFootprint = 0;
+    mNotices.Reset();
+}
+
+void FolderCache::Forget(const Folder& inFolder) {
+    Drop(inFolder.path);
+}
+
+void FolderCache::TakeNotice(int inWatch, UInt32 inWhat, const char* inName) {
+    const auto [first, last] = mByWatch.equal_range(inWatch);
+    for (auto item = first; item != last; ++item) {
+        Listing& listing = *item->second;
+        if (inWhat & (IN_IGNORED | IN_DELETE_SELF | IN_UNMOUNT)) {
+            listing.watch = -1;
+            listing.isStale = true;
+        } else if (++listing.notices > kMostNotices) {
+            listing.isStale = true;
+        } else if (inWhat & (IN_CREATE | IN_MOVED_TO)) {
+            listing.folder.Add(inName, inWhat & IN_ISDIR);
+        } else {
+            listing.folder.Remove(inName);
+        }
+    }
+    if (inWhat & IN_IGNORED) mByWatch.erase(inWatch);
+}
+
+void FolderCache::TakeNotices() {
+    alignas(inotify_event) std::array<char, kBuffer> buffer;
+    for (bool isFirst = true;; isFirst = false) {
+        const auto length = read(mNotices.Get(), buffer.data(), buffer.size());
+        if (length <= 0) return;
+        if (isFirst) {
+            for (auto& [path, listing] : mByPath) listing->notices = 0;
+        }
+        for (ssize_t at = 0; at < length;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
+            if (event->mask & IN_Q_OVERFLOW) {
+                DropAll();
+                return Start();
+            }
+            TakeNotice(event->wd, event->mask, event->len ? event->name : "");
+            at += ssize_t(sizeof *event + event->len);
+        }
+    }
+}
+
+void FolderCache::MakeRoom() {
+    while (mByPath.size() > 1 &&
+           (mByPath.size() > kMostListings || mFootprint > kLargestFootprint)) {
+        const auto oldest = std::min_element(
+            mByPath.begin(), mByPath.end(),
+            [](const auto& a, const auto& b) { return a.second->lastUse < b.second->lastUse; });
+        Drop(std::string(oldest->first));
+    }
+}
+
+// The watch comes first, so that what changes during the reading is told afterwards.
+OSErr FolderCache::Read(const Folder& inFolder, Listing** outListing) {
+    Drop(inFolder.path);
+    auto listing = std::make_unique<Listing>();
+    if (mNotices)
+        listing->watch = inotify_add_watch(mNotices.Get(), inFolder.path.c_str(), kWatched);
+    const auto start = Clock::now();
+    OSErr error = StatusOfObject(inFolder.path, &listing->status);
+    if (error == noErr) error = listing->folder.Read(inFolder.path);
+    if (error != noErr) {
+        if (listing->watch >= 0 && !mByWatch.count(listing->watch))
+            inotify_rm_watch(mNotices.Get(), listing->watch);
+        return error == fnfErr ? OSErr(dirNFErr) : error;
+    }
+    listing->readAt = Clock::now();
+    listing->cost = listing->readAt - start;
+    listing->isStale = false;
+    listing->footprint = listing->folder.Footprint();
+    mFootprint += listing->footprint;
+    *outListing = listing.get();
+    if (listing->watch >= 0) mByWatch.emplace(listing->watch, listing.get());
+    mByPath[inFolder.path] = std::move(listing);
+    return noErr;
+}
+
+// Other machines change it without a notice here.
+bool FolderCache::IsFar(const Folder& inFolder) const {
+    const Volume* volume = mRegistry.Find(inFolder.volume);
+    return volume && volume->isOnNetwork;
+}
+
+OSErr FolderCache::Find(const Folder& inFolder, SortedFolder** outFolder) {
+    Start();
+    TakeNotices();
+    const auto found = mByPath.find(inFolder.path);
+    Listing* listing = found == mByPath.end() ? nullptr : found->second.get();
+    bool isTrue =
+        listing && !listing->isStale && listing->status.identity.IsSameAs(inFolder.identity);
+    if (isTrue && (listing->watch < 0 || IsFar(inFolder))) {
+        ObjectStatus now;
+        isTrue = StatusOfObject(inFolder.path, &now) == noErr && listing->IsTrueTo(now);
+    }
+    if (!isTrue) {
+        if (const OSErr error = Read(inFolder, &listing)) return error;
+    }
+    listing->lastUse = ++mClock;
+    *outFolder = &listing->folder;
+    if (!isTrue) MakeRoom();
+    return noErr;
+}
+
+OSErr FolderCache::GetEntry(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry) {
+    SortedFolder* folder = nullptr;
+    if (const OSErr error = Find(inFolder, &folder)) return error;
+    return inIndex > 0 && folder->Get(inIndex - 1, outEntry) ? OSErr(noErr) : OSErr(fnfErr);
+}
+
+OSErr FolderCache::GetFile(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry) {
+    SortedFolder* folder = nullptr;
+    if (const OSErr error = Find(inFolder, &folder)) return error;
+    return inIndex > 0 && folder->GetFile(inIndex - 1, outEntry) ? OSErr(noErr) : OSErr(fnfErr);
+}
+
+OSErr FolderCache::Count(const Folder& inFolder, UInt32* outCount) {
+    SortedFolder* folder = nullptr;
+    if (const OSErr error = Find(inFolder, &folder)) return error;
+    *outCount = folder->Count();
+    return noErr;
+}
+
+OSErr FolderCache::CountFiles(const Folder& inFolder, UInt32* outCount) {
+    SortedFolder* folder = nullptr;
+    if (const OSErr error = Find(inFolder, &folder)) return error;
+    *outCount = folder->CountFiles();
+    return noErr;
+}
+
+}  // namespace carbon
