@@ -79,6 +79,9 @@ bool WritesAlone(const struct stat& inFacts) {
 
 }  // namespace
 
+MetadataOwner::MetadataOwner(const std::string& inPath, bool inIsVolumeRoot)
+    : path(inPath), isVolumeRoot(inIsVolumeRoot || inPath == "/") {}
+
 MetadataOwner::MetadataOwner(const Object& inObject)
     : MetadataOwner(inObject.path, inObject.spec.parID == fsRtParID) {}
 

@@ -18,8 +18,7 @@ struct Object;
 
 // Whose metadata is meant: an absolute path. A volume's root keeps its companion inside.
 struct MetadataOwner {
-    MetadataOwner(const std::string& inPath, bool inIsVolumeRoot = false)
-        : path(inPath), isVolumeRoot(inIsVolumeRoot || inPath == "/") {}
+    MetadataOwner(const std::string& inPath, bool inIsVolumeRoot = false);
     MetadataOwner(const char* inPath) : MetadataOwner(std::string(inPath)) {}
     MetadataOwner(const Object& inObject);
 
