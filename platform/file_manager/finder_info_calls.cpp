@@ -27,9 +27,11 @@ struct Settings {
 
 OSErr SetModified(const Object& inObject, UInt32 inDate) {
     const auto time = UnixTimeOfClassicDate(inDate);
+    const timespec& before = inObject.status.modified;
+    const bool isSame = ClassicDate(before.tv_sec) == inDate;
+    if (!time || (isSame && !inObject.status.IsFolder())) return noErr;
     // The part below a second stays where the date does.
-    if (!time || ClassicDate(inObject.status.modified.tv_sec) == inDate) return noErr;
-    const timespec times[2] = {{0, UTIME_OMIT}, {*time, 0}};
+    const timespec times[2] = {{0, UTIME_OMIT}, isSame ? before : timespec{*time, 0}};
     const int result = utimensat(AT_FDCWD, inObject.path.c_str(), times, AT_SYMLINK_NOFOLLOW);
     return result == 0 ? OSErr(noErr) : OSErrFromErrno(errno);
 }
