@@ -13,17 +13,25 @@ namespace carbon {
 
 namespace {
 
+// Those that ICU has no name for, or one that belongs to another encoding.
 struct OwnName {
     CFStringEncoding encoding;
     const char* registered;  // on the Internet
 };
 
 constexpr OwnName kOwnNames[] = {
-    {kCFStringEncodingMacRoman, "macintosh"},   {kCFStringEncodingASCII, "us-ascii"},
-    {kCFStringEncodingISOLatin1, "iso-8859-1"}, {kCFStringEncodingUTF8, "utf-8"},
-    {kCFStringEncodingUTF16, "utf-16"},         {kCFStringEncodingUTF16BE, "utf-16be"},
-    {kCFStringEncodingUTF16LE, "utf-16le"},     {kCFStringEncodingUTF32, "utf-32"},
-    {kCFStringEncodingUTF32BE, "utf-32be"},     {kCFStringEncodingUTF32LE, "utf-32le"},
+    {kCFStringEncodingMacRoman, "macintosh"},
+    {kCFStringEncodingASCII, "us-ascii"},
+    {kCFStringEncodingISOLatin1, "iso-8859-1"},
+    {kCFStringEncodingUTF8, "utf-8"},
+    {kCFStringEncodingUTF16, "utf-16"},
+    {kCFStringEncodingUTF16BE, "utf-16be"},
+    {kCFStringEncodingUTF16LE, "utf-16le"},
+    {kCFStringEncodingUTF32, "utf-32"},
+    {kCFStringEncodingUTF32BE, "utf-32be"},
+    {kCFStringEncodingUTF32LE, "utf-32le"},
+    {0x0420, "windows-31j"},
+    {0x0423, "cp950"},
 };
 
 std::string Lowercase(std::string inText) {
@@ -122,8 +130,8 @@ CFStringRef CFStringConvertEncodingToIANACharSetName(CFStringEncoding encoding) 
 }
 
 CFStringEncoding CFStringConvertIANACharSetNameToEncoding(CFStringRef theString) {
-    return theString ? carbon::EncodingNamed(carbon::AsciiText(theString))
-                     : kCFStringEncodingInvalidId;
+    if (!theString || CFStringGetLength(theString) == 0) return kCFStringEncodingInvalidId;
+    return carbon::EncodingNamed(carbon::AsciiText(theString));
 }
 
 CFStringEncoding CFStringGetSmallestEncoding(CFStringRef theString) {

@@ -1,5 +1,5 @@
 // Owns the life of an array and the changes to its items. Its memory is in LArray_storage.cpp, its
-// order in LArray_order.cpp.
+// order in LArray_order.cpp and LArray_sort.cpp.
 #include "vantor/containers/LArray.h"
 
 #include <algorithm>

@@ -124,6 +124,7 @@ class VANTOR_EXPORT LArray {
                    bool inKeepSorted);
     void CopyArray(const LArray& inSource, bool inDestroyOld);
     void DestroyArray();
+    void SortWithHooks(void* ioScratch);
 
     void AttachIterator(LArrayIterator* inIterator);
     void DetachIterator(LArrayIterator* inIterator);

@@ -1,31 +1,7 @@
-// Owns sorting and searching.
+// Owns searching.
 #include "vantor/containers/LArray.h"
 #include "vantor/containers/LComparator.h"
 #include "vantor/foundation/StHandle.h"
-#include "vantor/foundation/StPointer.h"
-
-// Shell sort with the gaps 1, 4, 13, 40, ...
-void LArray::Sort() {
-    if (!mIsSorted && mItemCount > 1) {
-        const SInt32 count = GetCount();
-        SInt32 gap = 1;
-        while (gap < count / 9) gap = 3 * gap + 1;
-        StPointerBlock scratch(static_cast<SInt32>(mItemSize));
-        StHandleLocker lock(mItemsHandle);
-        for (; gap > 0; gap /= 3) {
-            for (SInt32 i = gap + 1; i <= count; ++i) {
-                PeekItem(i, scratch.Get());
-                SInt32 j = i - gap;
-                for (; j > 0 &&
-                       mComparator->Compare(scratch.Get(), GetItemPtr(j), mItemSize, mItemSize) < 0;
-                     j -= gap)
-                    PokeItem(j + gap, GetItemPtr(j), mItemSize);
-                PokeItem(j + gap, scratch.Get(), mItemSize);
-            }
-        }
-    }
-    mIsSorted = true;
-}
 
 SInt32 LArray::FetchIndexOf(const void* inItem, UInt32 inItemSize) const {
     if (mItemCount == 0) return 0;

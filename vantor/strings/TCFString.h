@@ -103,6 +103,10 @@ class VANTOR_EXPORT TCFString {
     TCFString PlugParams(const TCFString& inParam0, const TCFString& inParam1,
                          const TCFString& inParam2, const TCFString& inParam3) const;
 
+    // A string of a resource, read once: entry `inIndex` of a list (missing ones are empty, as is
+    // entry 0) or, below 0, the one in 'STR '. Throws 'nilP' when there is no such 'STR '.
+    static TCFString Res(SInt16 inResID, SInt16 inIndex);
+
     static const TCFString Empty;
     static const unsigned char kCannotDisplayString[];
     static const char kCannotDisplayCString[];

@@ -462,6 +462,39 @@ TEST(LArray, CallsTheHooksOfADerivedClass) {
     EXPECT_GE(array.adjusted, 2);
 }
 
+// Sorts through the hooks, since the array cannot know what this class does with them.
+class Hooked : public LArray {
+  public:
+    using LArray::LArray;
+};
+
+// By the first byte only, so that many items are equal.
+class FirstByteComparator : public LComparator {
+  public:
+    SInt32 Compare(const void* inOne, const void* inOther, UInt32, UInt32) const override {
+        return *static_cast<const UInt8*>(inOne) - *static_cast<const UInt8*>(inOther);
+    }
+};
+
+template <typename Array>
+std::string Sorted(const std::string& inBytes, UInt32 inSize, LComparator* inComparator) {
+    Array array(inSize, inComparator, false);
+    for (size_t at = 0; at + inSize <= inBytes.size(); at += inSize) array.AddItem(&inBytes[at]);
+    array.Sort();
+    return std::string(static_cast<const char*>(array.GetItemPtr(1)), inBytes.size());
+}
+
+TEST(LArray, SortsPlainItemsAsItDoesThroughTheHooks) {
+    std::mt19937 random(21);
+    for (const UInt32 size : {1u, 2u, 4u, 6u, 8u, 16u, 60u}) {
+        std::string bytes(size_t{size} * 1000, '\0');
+        for (char& byte : bytes) byte = static_cast<char>(random() % 7 * 40);
+        EXPECT_EQ(Sorted<LArray>(bytes, size, nullptr), Sorted<Hooked>(bytes, size, nullptr));
+        EXPECT_EQ(Sorted<LArray>(bytes, size, new FirstByteComparator),
+                  Sorted<Hooked>(bytes, size, new FirstByteComparator));
+    }
+}
+
 TEST(LArray, TellsTheHooksHowManyBytesComeAndGo) {
     Counting array;
     const SInt32 value = 1;
