@@ -9,7 +9,7 @@
 #include "file_manager/fork_table.h"
 #include "file_manager/names.h"
 #include "file_manager/objects.h"
-#include "file_manager/pathname.h"
+#include "file_manager/volume_selection.h"
 
 namespace carbon {
 
@@ -31,25 +31,16 @@ OSErr Flush(SInt16 inNumber) {
     return error == noErr ? fork->Flush() : error;
 }
 
-// The name, if it is a volume's path, before the number; the default volume without either.
-OSErr FindVolumeNumber(ConstStr255Param inName, FSVolumeRefNum inNumber,
-                       FSVolumeRefNum* outNumber) {
+FSVolumeRefNum NumberOfVolume(ConstStr255Param inName, FSVolumeRefNum inNumber) {
     const Catalog catalog;
-    Objects& objects = *catalog;
-    const Volume* volume = nullptr;
-    if (inName && inName[0] > 0) volume = VolumeInPathname(objects, TextOfPascal(inName));
-    if (!volume && inName && inName[0] > 0 && inNumber == 0) return nsvErr;
-    if (inNumber == 0) inNumber = CurrentDirectory(objects).volume;
-    if (!volume) volume = objects.AllFolders().FindVolume(inNumber);
-    if (!volume) return nsvErr;
-    *outNumber = volume->number;
-    return noErr;
+    const Volume* volume = VolumeByName(*catalog, inName, inNumber);
+    return volume ? volume->number : FSVolumeRefNum(0);
 }
 
 OSErr FlushVolume(ConstStr255Param inName, FSVolumeRefNum inNumber) {
-    FSVolumeRefNum volume = 0;
-    OSErr result = FindVolumeNumber(inName, inNumber, &volume);
-    if (result != noErr) return result;
+    const FSVolumeRefNum volume = NumberOfVolume(inName, inNumber);
+    if (volume == 0) return nsvErr;
+    OSErr result = noErr;
     for (const auto& path : OpenForksInOrder()) {
         const bool isMeant = path.fork->GetFacts().spec.vRefNum == volume && path.fork->IsChanged();
         const OSErr error = isMeant ? path.fork->Flush() : OSErr(noErr);

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "file_manager/finder_info.h"
 #include "file_manager/fork_table.h"
+#include "file_manager/located.h"
 #include "file_manager/object_guard.h"
 #include "posix/os_err.h"
 
@@ -116,8 +116,7 @@ class Opening {
 OSErr Opening::CheckLocks(ForkUses inUses) {
     if (!(inUses & kWrites)) return noErr;
     if (mIsVolumeLocked) return wrPermErr;
-    const bool isLocked = mObject.status.isImmutable || MetadataOf(mObject).facts.isLocked;
-    return isLocked ? OSErr(permErr) : OSErr(noErr);
+    return IsLocked(mObject) ? OSErr(permErr) : OSErr(noErr);
 }
 
 OSErr Opening::CheckOthers(int inFile, ForkUses inUses, SInt16* outNumber) {

@@ -3,10 +3,12 @@
 
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 
 #include <cerrno>
-#include <limits>
+#include <optional>
 
 #include "posix/os_err.h"
 
@@ -16,6 +18,14 @@ namespace {
 
 OSErr Result(int inResult) {
     return inResult == 0 ? OSErr(noErr) : OSErrFromErrno(errno);
+}
+
+// The bytes that are free on a memory file system; nothing for any other one.
+std::optional<SInt64> RoomInMemory(int inFile) {
+    struct statfs facts;
+    if (fstatfs(inFile, &facts) != 0 || facts.f_type != TMPFS_MAGIC) return std::nullopt;
+    if (facts.f_blocks == 0) return std::nullopt;  // it has no bounds to tell
+    return SInt64(facts.f_bavail) * SInt64(facts.f_bsize);
 }
 
 class DataStorage : public ForkStorage {
@@ -84,8 +94,12 @@ std::string PathOfOpenFile(int inFile) {
     return path.substr(0, size_t(length));
 }
 
-// Linux: a file system without a way to take room up front only notes the length.
+// Linux: a file system without a way to take room up front only notes the length. In memory, taking
+// it would cost as much as writing: there it is enough that there is room.
 OSErr GrowFile(int inFile, SInt64 inFrom, SInt64 inTo) {
+    if (const auto room = RoomInMemory(inFile)) {
+        return inTo - inFrom > *room ? OSErr(dskFulErr) : Result(ftruncate(inFile, inTo));
+    }
     if (fallocate(inFile, 0, inFrom, inTo - inFrom) == 0) return noErr;
     if (errno == EOPNOTSUPP) return Result(ftruncate(inFile, inTo));
     const OSErr error = OSErrFromErrno(errno);

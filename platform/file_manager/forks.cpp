@@ -4,7 +4,7 @@
 
 #include "file_manager/fork_opening.h"
 #include "file_manager/fork_table.h"
-#include "file_manager/pathname.h"
+#include "file_manager/located.h"
 
 namespace carbon {
 
@@ -20,20 +20,27 @@ ForkRequest Permission(Fork inFork, SInt8 inPermission) {
     return {inFork, false, UInt8(inPermission)};
 }
 
+// The lock is the catalog's only: opening may have to wait for another process.
+OSErr Find(const Place& inPlace, Located* outLocated) {
+    const Catalog catalog;
+    return Locate(*catalog, inPlace.volume, inPlace.directory, inPlace.name, outLocated);
+}
+
 OSErr OpenAt(const Place& inPlace, const ForkRequest& inRequest, SInt16* outNumber) {
-    Object object;
-    bool isLocked = false;
-    {
-        const Catalog catalog;
-        Objects& objects = *catalog;
-        const OSErr error =
-            FindByPathname(objects, inPlace.volume, inPlace.directory, inPlace.name, &object);
-        if (error != noErr) return error;
-        const Volume* volume = objects.AllFolders().FindVolume(object.spec.vRefNum);
-        if (!volume) return nsvErr;
-        isLocked = volume->isReadOnly;
-    }
-    return OpenForkOf(object, inRequest, isLocked, outNumber);
+    Located located;
+    if (const OSErr error = Find(inPlace, &located)) return error;
+    const Volume& volume = located.volume;
+    if (inRequest.hasDenyModes && Lacks(volume, kPlatformMountNoOpenDeny)) return paramErr;
+    const bool isLocked = CheckWritable(volume) != noErr;
+    return OpenForkOf(located.object, inRequest, isLocked, outNumber);
+}
+
+// A file system may know PBHOpen alone.
+OSErr CheckKnowsDataForks(const Place& inPlace) {
+    Located located;
+    const OSErr error = Find(inPlace, &located);
+    const bool isUnknown = Lacks(located.volume, kPlatformMountNoOpenDataFork);
+    return error == noErr && isUnknown ? OSErr(paramErr) : OSErr(noErr);
 }
 
 OSErr OpenInShort(const Place& inPlace, const ForkRequest& inRequest, SInt16* outNumber) {
@@ -55,6 +62,14 @@ OSErr OpenBlock(HParmBlkPtr ioBlock, Fork inFork) {
     block.ioResult = OpenAt(place, Permission(inFork, block.ioPermssn), &number);
     block.ioRefNum = number;
     return block.ioResult;
+}
+
+OSErr OpenDataForkBlock(HParmBlkPtr ioBlock) {
+    if (!ioBlock) return paramErr;
+    auto& block = ioBlock->ioParam;
+    const Place place{block.ioVRefNum, ioBlock->fileParam.ioDirID, block.ioNamePtr};
+    block.ioResult = CheckKnowsDataForks(place);
+    return block.ioResult == noErr ? OpenBlock(ioBlock, Fork::kData) : block.ioResult;
 }
 
 OSErr OpenDenyBlock(HParmBlkPtr ioBlock, Fork inFork) {
@@ -89,11 +104,13 @@ OSErr FSpOpenRF(const FSSpec* spec, SInt8 permission, SInt16* refNum) {
 
 OSErr HOpen(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName, SInt8 permission,
             SInt16* refNum) {
-    return HOpenDF(vRefNum, dirID, fileName, permission, refNum);
+    return carbon::OpenInShort({vRefNum, dirID, fileName},
+                               carbon::Permission(Fork::kData, permission), refNum);
 }
 
 OSErr HOpenDF(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName, SInt8 permission,
               SInt16* refNum) {
+    if (const OSErr error = carbon::CheckKnowsDataForks({vRefNum, dirID, fileName})) return error;
     return carbon::OpenInShort({vRefNum, dirID, fileName},
                                carbon::Permission(Fork::kData, permission), refNum);
 }
@@ -109,7 +126,7 @@ OSErr PBHOpenSync(HParmBlkPtr paramBlock) {
 }
 
 OSErr PBHOpenDFSync(HParmBlkPtr paramBlock) {
-    return carbon::OpenBlock(paramBlock, Fork::kData);
+    return carbon::OpenDataForkBlock(paramBlock);
 }
 
 OSErr PBHOpenRFSync(HParmBlkPtr paramBlock) {

@@ -2,6 +2,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <Platform/Platform.h>
+
 #include "ForkFixture.h"
 #include "file_manager/fork_table.h"
 #include "file_manager/metadata.h"
@@ -89,6 +91,60 @@ TEST_F(OpeningTest, RefusesToWriteWhatIsLocked) {
         EXPECT_EQ(OpenResources("File", permission), permErr);
     }
     EXPECT_GT(Open("File", fsRdPerm), 0);
+}
+
+// The volume in a folder of the test's, with options.
+class OpeningOnVolumesTest : public ForkFixture {
+  protected:
+    void SetUp() override {
+        ForkFixture::SetUp();
+        MakeFolder("Disk");
+        Write("Disk/File", "text");
+    }
+    void TearDown() override {
+        ForkFixture::TearDown();
+        EXPECT_EQ(PlatformUnmountFolder(mVolume), noErr);
+    }
+    FSSpec Mount(OptionBits inOptions) {
+        EXPECT_EQ(PlatformMountFolderWithOptions(Path("Disk").c_str(), "Disk", inOptions, &mVolume),
+                  noErr);
+        return SpecOf(Path("Disk/File"));
+    }
+    FSVolumeRefNum mVolume = 0;
+};
+
+TEST_F(OpeningOnVolumesTest, RefusesToWriteOnALockedVolume) {
+    const FSSpec spec = Mount(kPlatformMountSoftwareLocked);
+    EXPECT_EQ(+spec.vRefNum, mVolume);
+    SInt16 number = 0;
+    EXPECT_EQ(FSpOpenDF(&spec, fsRdWrPerm, &number), wrPermErr);
+    EXPECT_EQ(FSpOpenRF(&spec, fsWrPerm, &number), wrPermErr);
+    ASSERT_EQ(FSpOpenDF(&spec, fsCurPerm, &number), noErr);
+    mOpen.push_back(number);
+    EXPECT_EQ(Put(number, "x"), wrPermErr);
+    EXPECT_EQ(All(number), "text");
+}
+
+TEST_F(OpeningOnVolumesTest, KnowsNoDenyModesWhereTheVolumeHasNone) {
+    Mount(kPlatformMountNoOpenDeny);
+    SInt16 number = 0;
+    EXPECT_EQ(Deny("Disk/File", fsRdAccessPerm, &number), paramErr);
+    EXPECT_EQ(Deny("Disk/File", fsRdAccessPerm, &number, true), paramErr);
+}
+
+TEST_F(OpeningOnVolumesTest, LeavesDataForksToTheOlderCallWhereTheVolumeKnowsThatAlone) {
+    FSSpec spec = Mount(kPlatformMountNoOpenDataFork);
+    HParamBlockRec block{};
+    block.ioParam.ioNamePtr = spec.name;
+    block.ioParam.ioVRefNum = spec.vRefNum;
+    block.fileParam.ioDirID = spec.parID;
+    EXPECT_EQ(PBHOpenDFSync(&block), paramErr);
+    ASSERT_EQ(PBHOpenSync(&block), noErr);
+    mOpen.push_back(block.ioParam.ioRefNum);
+    SInt16 number = 0;
+    EXPECT_EQ(HOpenDF(spec.vRefNum, spec.parID, spec.name, fsRdPerm, &number), paramErr);
+    ASSERT_EQ(HOpen(spec.vRefNum, spec.parID, spec.name, fsRdPerm, &number), noErr);
+    mOpen.push_back(number);
 }
 
 TEST_F(OpeningTest, RefusesToWriteWhatTheUserMayNot) {
