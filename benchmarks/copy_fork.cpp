@@ -1,4 +1,4 @@
-// Copies the data fork of one file into another as CopyFork does, with a buffer of 64 KiB, and
+// Copies the data fork of one file into another with CopyFork and a buffer of 64 KiB, and
 // prints how long that took from the opening of the first fork to the closing of the last.
 //   copy_fork SOURCE DESTINATION
 #include <Carbon/Carbon.h>
@@ -6,6 +6,8 @@
 #include <chrono>
 #include <cstdio>
 #include <vector>
+
+#include "vantor/files/ForkCopy.h"
 
 namespace {
 
@@ -17,33 +19,14 @@ bool SpecOf(const char* inPath, FSSpec* outSpec) {
            FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, outSpec, nullptr) == noErr;
 }
 
-OSErr CopyAll(SInt16 inSource, SInt16 inDestination) {
-    SInt32 length = 0;
-    OSErr error = GetEOF(inSource, &length);
-    if (error == noErr) error = SetEOF(inDestination, length);
-    std::vector<char> buffer(kBufferSize);
-    ParamBlockRec read{}, write{};
-    read.ioParam.ioRefNum = inSource;
-    write.ioParam.ioRefNum = inDestination;
-    read.ioParam.ioBuffer = write.ioParam.ioBuffer = buffer.data();
-    read.ioParam.ioReqCount = kBufferSize;
-    read.ioParam.ioPosMode = write.ioParam.ioPosMode = fsAtMark | int(noCacheMask);
-    while (error == noErr) {
-        const OSErr readError = PBReadSync(&read);
-        write.ioParam.ioReqCount = read.ioParam.ioActCount;
-        error = PBWriteSync(&write);
-        if (readError != noErr) return error == noErr && readError != eofErr ? readError : error;
-    }
-    return error;
-}
-
 OSErr Copy(const FSSpec& inSource, const FSSpec& inDestination) {
     SInt16 source = 0, destination = 0;
     OSErr error = FSpOpenDF(&inSource, fsRdPerm, &source);
     if (error != noErr) return error;
     error = FSpOpenDF(&inDestination, fsRdWrPerm, &destination);
     if (error == noErr) {
-        error = CopyAll(source, destination);
+        std::vector<char> buffer(kBufferSize);
+        error = CopyFork(source, destination, buffer.data(), kBufferSize);
         const OSErr closeError = FSClose(destination);
         if (error == noErr) error = closeError;
     }
