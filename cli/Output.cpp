@@ -39,6 +39,15 @@ std::string Grouped(SInt64 inNumber) {
     return digits;
 }
 
+std::string MacRomanText(ConstStringPtr inText) {
+    CFStringRef string =
+        CFStringCreateWithPascalString(kCFAllocatorDefault, inText, kCFStringEncodingMacRoman);
+    char utf8[4 * 256] = "";
+    CFStringGetCString(string, utf8, sizeof utf8, kCFStringEncodingUTF8);
+    CFRelease(string);
+    return utf8;
+}
+
 std::string Code(OSType inCode) {
     std::string text(4, '.');
     for (int i = 0; i < 4; ++i) {

@@ -16,6 +16,9 @@ std::string Clock(SInt64 inSeconds);
 // 20113 as "20,113".
 std::string Grouped(SInt64 inNumber);
 
+// A Pascal string in MacRoman as UTF-8.
+std::string MacRomanText(ConstStringPtr inText);
+
 // A four-character code as its characters; bytes outside printable ASCII as '.'.
 std::string Code(OSType inCode);
 

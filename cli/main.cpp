@@ -19,6 +19,7 @@ constexpr const char* kFooter =
     "  vantor burn ~/music --kind hybrid --simulate  try everything, leave nothing\n"
     "  vantor drives                                 where discs can be written\n"
     "  vantor status --json                          what the recorder is doing\n"
+    "  vantor resources FILE --type 'STR ' --id 128  one resource of a Mac file\n"
     "\n"
     "Exit status:\n"
     "  0 done            3 no recorder that can be driven\n"
@@ -28,6 +29,7 @@ constexpr const char* kFooter =
 
 struct CommandLine {
     BurnRequest burn;
+    ResourcesRequest resources;
     std::string mode, onOff;
     bool json = false;
     std::function<void()> run;
@@ -66,6 +68,38 @@ void AddSimple(CLI::App& ioApp, CommandLine& ioLine, const char* inWord, const c
     command->callback([&ioLine, inRun] { ioLine.run = [&ioLine, inRun] { inRun(ioLine.json); }; });
 }
 
+// Four characters; fewer are filled up with spaces.
+OSType CodeOf(const std::string& inText) {
+    OSType code = 0;
+    for (size_t i = 0; i < 4; ++i)
+        code = code << 8 | static_cast<unsigned char>(i < inText.size() ? inText[i] : ' ');
+    return code;
+}
+
+void AddResources(CLI::App& ioApp, CommandLine& ioLine) {
+    ResourcesRequest& request = ioLine.resources;
+    CLI::App* command =
+        ioApp.add_subcommand("resources", "List a Mac file's resources, or show one");
+    command->add_option("FILE", request.file, "A file with a resource fork, or a .rsrc file")
+        ->required();
+    CLI::Option* type = command->add_option_function<std::string>(
+        "--type", [&request](const std::string& inText) { request.type = CodeOf(inText); },
+        "Only resources of this type");
+    type->type_name("TYPE")->check([](const std::string& inText) {
+        return inText.empty() || inText.size() > 4 ? "a type has four characters" : std::string();
+    });
+    command->add_option("--id", request.id, "The data of one resource")
+        ->type_name("ID")
+        ->needs(type);
+    CLI::Option* raw = command->add_flag("--raw", request.raw, "Its bytes to standard output");
+    command->add_option("--to", request.target, "Its bytes to a file")
+        ->type_name("TARGET")
+        ->needs("--id");
+    raw->needs("--id");
+    AddJsonFlag(command, request.json);
+    command->callback([&ioLine] { ioLine.run = [&ioLine] { ShowResources(ioLine.resources); }; });
+}
+
 void AddMode(CLI::App& ioApp, CommandLine& ioLine) {
     CLI::App* command = ioApp.add_subcommand("mode", "Tell or set a mode of the recorder");
     command->add_option("MODE", ioLine.mode, "server or simulation")
@@ -95,6 +129,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddMode(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
+    AddResources(ioApp, ioLine);
 }
 
 int Report(const Failure& inFailure, bool inJson) {
@@ -117,9 +152,10 @@ int Main(int inCount, char** inWords) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kSuccess : kBadUsage;
     } catch (const Failure& failure) {
-        return Report(failure, line.json || line.burn.json);
+        return Report(failure, line.json || line.burn.json || line.resources.json);
     } catch (const std::exception& error) {
-        return Report(Failure(error.what(), -11000), line.json || line.burn.json);
+        return Report(Failure(error.what(), -11000),
+                      line.json || line.burn.json || line.resources.json);
     }
     return kSuccess;
 }

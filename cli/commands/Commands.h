@@ -2,6 +2,8 @@
 // it cannot be had.
 #pragma once
 
+#include <Carbon/Carbon.h>
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,6 +24,17 @@ struct BurnRequest {
 };
 
 void Burn(const BurnRequest& inRequest);
+
+struct ResourcesRequest {
+    std::string file;
+    std::optional<ResType> type;  // not said: all of them
+    std::optional<ResID> id;      // not said: list, instead of the data of one
+    std::string target;           // a file for the bytes
+    bool raw = false;             // the bytes to standard output
+    bool json = false;
+};
+
+void ShowResources(const ResourcesRequest& inRequest);
 
 void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);

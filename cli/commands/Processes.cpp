@@ -9,15 +9,6 @@
 namespace cli {
 namespace {
 
-std::string NameOf(const SProcessInfo& inInfo) {
-    CFStringRef string = CFStringCreateWithPascalString(kCFAllocatorDefault, inInfo.processName,
-                                                        kCFStringEncodingMacRoman);
-    char utf8[4 * 64] = "";
-    CFStringGetCString(string, utf8, sizeof utf8, kCFStringEncodingUTF8);
-    CFRelease(string);
-    return utf8;
-}
-
 UInt64 NumberOf(const ProcessSerialNumber& inPSN) {
     return UInt64{inPSN.highLongOfPSN} << 32 | inPSN.lowLongOfPSN;
 }
@@ -42,11 +33,11 @@ void ShowProcesses(bool inJson) {
                            {"pid", PidOf(psn)},
                            {"signature", signature},
                            {"type", type},
-                           {"name", NameOf(info)}});
+                           {"name", MacRomanText(info.processName)}});
         else
             std::printf("%6llu  %8d  %-4s  %-4s  %s\n",
                         static_cast<unsigned long long>(NumberOf(psn)), PidOf(psn),
-                        signature.c_str(), type.c_str(), NameOf(info).c_str());
+                        signature.c_str(), type.c_str(), MacRomanText(info.processName).c_str());
     }
     if (inJson) PrintJson(all);
 }
