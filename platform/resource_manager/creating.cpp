@@ -1,11 +1,11 @@
 // Owns making files with an empty resource map.
 #include <Carbon/MacErrors.h>
+#include <Carbon/Script.h>
 #include <fcntl.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include "file_manager/catalog.h"
 #include "file_manager/metadata.h"
@@ -89,15 +89,16 @@ OSErr CreateAt(const std::string& inPath, const NewFile& inFile, ForkKind inKind
     return error;
 }
 
-OSErr CreateBySpec(const FSSpec& inSpec, OSType inCreator, OSType inType) {
+OSErr CreateBySpec(const FSSpec& inSpec, OSType inCreator, OSType inType, ScriptCode inScript) {
     std::string path;
-    const OSErr error = PathFromSpec(inSpec, &path);
+    OSErr error = PathFromSpec(inSpec, &path);
     if (error == noErr) return WriteEmptyMap(path, ForkKind::kResource);
-    if (error != fnfErr) return error;
-    const FInfo finder = {inType, inCreator, 0, {0, 0}, 0};
-    FSCatalogInfo info{};
-    std::memcpy(info.finderInfo, &finder, sizeof finder);
-    return CreateAt(path, {nullptr, 0, nullptr, kFSCatInfoFinderInfo, &info}, ForkKind::kResource);
+    if (error == fnfErr) error = FSpCreate(&inSpec, inCreator, inType, inScript);
+    if (error == noErr) error = PathFromSpec(inSpec, &path);
+    if (error != noErr) return error;
+    error = WriteEmptyMap(path, ForkKind::kResource);
+    if (error != noErr) FSpDelete(&inSpec);
+    return error;
 }
 
 OSErr Create(const NewFile& inFile, ForkKind inKind, FSRef* outRef, FSSpec* outSpec) {
@@ -123,15 +124,16 @@ OSErr Create(const NewFile& inFile, ForkKind inKind, FSRef* outRef, FSSpec* outS
 
 using namespace carbon;
 
-void FSpCreateResFile(const FSSpec* spec, OSType creator, OSType fileType, ScriptCode) {
-    Call([&] { return spec ? CreateBySpec(*spec, creator, fileType) : OSErr(paramErr); });
+void FSpCreateResFile(const FSSpec* spec, OSType creator, OSType fileType, ScriptCode scriptTag) {
+    Call(
+        [&] { return spec ? CreateBySpec(*spec, creator, fileType, scriptTag) : OSErr(paramErr); });
 }
 
 void HCreateResFile(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param fileName) {
     Call([&] {
         FSSpec spec;
         const OSErr error = FSMakeFSSpec(vRefNum, dirID, fileName, &spec);
-        return error == noErr || error == fnfErr ? CreateBySpec(spec, 0, 0) : error;
+        return error == noErr || error == fnfErr ? CreateBySpec(spec, 0, 0, smSystemScript) : error;
     });
 }
 
