@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "core_foundation/internal.h"
+#include "file_manager/metadata.h"
 #include "text_utilities/mac_roman.h"
 
 namespace carbon {
@@ -47,6 +48,18 @@ bool IsBackgroundBundle(const std::string& inBundle) {
     if (bundle != nullptr) CFRelease(bundle);
     if (url != nullptr) CFRelease(url);
     return result;
+}
+
+// An application that is one file has its type and creator in its Finder information.
+void TakeFinderInfo(const std::string& inExecutable, Program* ioProgram) {
+    Metadata metadata;
+    if (ReadMetadata(inExecutable, &metadata) != noErr) return;
+    FInfo info;
+    std::memcpy(&info, metadata.finderInfo, sizeof info);
+    if (info.fdType != 'APPL' && info.fdType != 'appe') return;
+    ioProgram->type = info.fdType;
+    if (info.fdCreator != 0) ioProgram->signature = info.fdCreator;
+    if (info.fdType == 'appe') ioProgram->mode |= modeOnlyBackground;
 }
 
 std::string Resolved(const std::string& inPath) {
@@ -107,7 +120,10 @@ Program ProgramOfExecutable(const std::string& inExecutable) {
     if (!bundle.empty()) program = ProgramOfBundle(bundle);
     program.executable = executable;
     program.mode |= kUsualMode;
-    if (bundle.empty()) program.fullName = fs::path(executable).filename().string();
+    if (bundle.empty()) {
+        program.fullName = fs::path(executable).filename().string();
+        TakeFinderInfo(executable, &program);
+    }
     return program;
 }
 

@@ -18,7 +18,7 @@ struct Program {
     UInt32 mode = 0;  // the mode flags of Processes.h
 };
 
-// The program at a path, as its enclosing bundle describes it, else as its file does.
+// The program at a path, as its enclosing bundle describes it, else as its Finder information does.
 Program ProgramOfExecutable(const std::string& inExecutable);
 
 // The bundle at a path. `executable` is empty when the bundle has no program.

@@ -61,6 +61,16 @@ OSErr FSWrite(SInt16 inRefNum, SInt32* ioCount, const void* inBuffer) {
                 : REAL_CALL(FSWrite)(inRefNum, ioCount, inBuffer);
 }
 
+OSErr SetEOF(SInt16 inRefNum, SInt32 inLength) {
+    const auto& hook = gFileFaults.setLength;
+    return hook ? hook(inRefNum, inLength) : REAL_CALL(SetEOF)(inRefNum, inLength);
+}
+
+ResFileRefNum FSpOpenResFile(const FSSpec* inSpec, SignedByte inPermission) {
+    const auto& hook = gFileFaults.openResources;
+    return hook ? hook(inSpec) : REAL_CALL(FSpOpenResFile)(inSpec, inPermission);
+}
+
 OSErr FSClose(SInt16 inRefNum) {
     const auto& hook = gFileFaults.close;
     return hook ? hook(inRefNum) : REAL_CALL(FSClose)(inRefNum);

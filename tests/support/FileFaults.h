@@ -18,6 +18,8 @@ struct FileFaults {
     std::function<OSErr(CSParamPtr)> searchCatalog;                  // PBCatSearchSync
     std::function<OSErr(ParmBlkPtr)> read, write;                    // PBReadSync, PBWriteSync
     std::function<OSErr(SInt16, SInt32*, const void*)> writeAtMark;  // FSWrite
+    std::function<OSErr(SInt16, SInt32)> setLength;                  // SetEOF
+    std::function<SInt16(const FSSpec*)> openResources;              // FSpOpenResFile
     std::function<OSErr(SInt16)> close;                              // FSClose
     std::function<OSErr(FSVolumeRefNum)> flush;                      // FlushVol
     std::function<Ptr(Size)> newPointer;                             // NewPtr

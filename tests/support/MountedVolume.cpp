@@ -2,7 +2,6 @@
 #include "support/MountedVolume.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -13,12 +12,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string MacPath(const std::string& inPath) {
-    std::string path = ":" + inPath;
-    for (char& letter : path) {
-        if (letter == '/') letter = ':';
-    }
-    return path;
+FSSpec SpecOf(const fs::path& inPath) {
+    FSRef ref;
+    FSSpec spec;
+    ThrowIfError(FSPathMakeRef(reinterpret_cast<const UInt8*>(inPath.c_str()), &ref, nullptr));
+    ThrowIfError(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr));
+    return spec;
 }
 
 }  // namespace
@@ -45,11 +44,10 @@ FSSpec MountedVolume::Spec(const std::string& inPath) const {
 
 SInt32 MountedVolume::DirID(const std::string& inPath) const {
     CInfoPBRec info = {};
-    Str255 name;
-    std::memcpy(name, PString(inPath), inPath.size() + 1);
-    info.dirInfo.ioNamePtr = name;
+    FSSpec folder = Spec(inPath);
+    info.dirInfo.ioNamePtr = folder.name;
     info.dirInfo.ioVRefNum = mNumber;
-    info.dirInfo.ioDrDirID = fsRtDirID;
+    info.dirInfo.ioDrDirID = folder.parID;
     ThrowIfError(PBGetCatInfoSync(&info));
     return info.dirInfo.ioDrDirID;
 }
@@ -57,12 +55,17 @@ SInt32 MountedVolume::DirID(const std::string& inPath) const {
 FSSpec MountedVolume::MakeFile(const std::string& inPath, const std::string& inData) const {
     fs::create_directories((mRoot / inPath).parent_path());
     std::ofstream(mRoot / inPath, std::ios::binary) << inData;
-    return Spec(MacPath(inPath));
+    return SpecOf(mRoot / inPath);
 }
 
 SInt32 MountedVolume::MakeFolder(const std::string& inPath) const {
     fs::create_directories(mRoot / inPath);
-    return DirID(MacPath(inPath));
+    FSRef ref;
+    FSCatalogInfo info;
+    const auto path = mRoot / inPath;
+    ThrowIfError(FSPathMakeRef(reinterpret_cast<const UInt8*>(path.c_str()), &ref, nullptr));
+    ThrowIfError(FSGetCatalogInfo(&ref, kFSCatInfoNodeID, &info, nullptr, nullptr, nullptr));
+    return static_cast<SInt32>(info.nodeID);
 }
 
 FSSpec MountedVolume::MakeFile(const std::string& inPath, OSType inCreator, OSType inType,

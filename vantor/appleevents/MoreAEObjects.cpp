@@ -38,6 +38,34 @@ OSErr CreateElement(DescType inClass, const AEDesc* inContainer, DescType inForm
     return err;
 }
 
+OSErr MakeAlias(const FSSpec* inSpec, AliasHandle* outAlias) {
+    *outAlias = nullptr;
+    const OSErr err = NewAlias(nullptr, inSpec, outAlias);
+    return err == noErr && *outAlias == nullptr ? OSErr{paramErr} : err;
+}
+
+// Makes the alias of a file for as long as `inUse` lasts, which gets it and returns a code.
+template <typename Use>
+OSErr WithAliasOf(const FSSpec* inSpec, Use inUse) {
+    AliasHandle alias;
+    OSErr err = MakeAlias(inSpec, &alias);
+    if (err != noErr) return err;
+    err = inUse(alias);
+    DisposeHandle(reinterpret_cast<Handle>(alias));
+    return err;
+}
+
+// Hands an alias record to `inUse`, which returns a code, locked meanwhile.
+template <typename Use>
+OSErr WithRecordOf(AliasHandle inAlias, Use inUse) {
+    const auto handle = reinterpret_cast<Handle>(inAlias);
+    const SInt8 state = HGetState(handle);
+    HLock(handle);
+    const OSErr err = inUse(*handle);
+    HSetState(handle, state);
+    return err;
+}
+
 }  // namespace
 
 OSErr MoreAEOCreatePropertyObject(DescType pPropertyType, AEDesc* pContainer,
@@ -102,13 +130,33 @@ OSErr MoreAEOCreateAliasObject(AliasHandle pAlias, AEDesc* pContainer, AEDesc* p
     return err;
 }
 
+OSErr MoreAEOCreateAliasObjectFromFSSpec(const FSSpec* pFSSpec, AEDesc* pContainer,
+                                         AEDesc* pObjSpecifier) {
+    return WithAliasOf(pFSSpec, [=](AliasHandle inAlias) {
+        return MoreAEOCreateAliasObject(inAlias, pContainer, pObjSpecifier);
+    });
+}
+
 OSErr MoreAEOCreateAliasDesc(AliasHandle pAlias, AEDesc* pAliasDesc) {
-    const auto handle = reinterpret_cast<Handle>(pAlias);
-    const SInt8 state = HGetState(handle);
-    HLock(handle);
-    const OSErr err = AECreateDesc(typeAlias, *handle, GetHandleSize(handle), pAliasDesc);
-    HSetState(handle, state);
-    return err;
+    return WithRecordOf(pAlias, [=](const char* inRecord) {
+        const Size size = GetHandleSize(reinterpret_cast<Handle>(pAlias));
+        return AECreateDesc(typeAlias, inRecord, size, pAliasDesc);
+    });
+}
+
+OSErr MoreAEOCreateAliasDescFromFSSpec(const FSSpec* pFSSpec, AEDesc* pAliasDesc) {
+    return WithAliasOf(
+        pFSSpec, [=](AliasHandle inAlias) { return MoreAEOCreateAliasDesc(inAlias, pAliasDesc); });
+}
+
+OSErr MoreAEOAddAliasParameterFromFSSpec(const FSSpec* pFSSpec, AEKeyword pKeyword,
+                                         AppleEvent* pAppleEvent) {
+    return WithAliasOf(pFSSpec, [=](AliasHandle inAlias) {
+        return WithRecordOf(inAlias, [=](const char* inRecord) {
+            // Kept: the size is the record's own, where the descriptors above have the handle's.
+            return AEPutParamPtr(pAppleEvent, pKeyword, typeAlias, inRecord, GetAliasSize(inAlias));
+        });
+    });
 }
 
 OSErr MoreAEOCreatePositionList(Point pPosition, AEDescList* pList) {

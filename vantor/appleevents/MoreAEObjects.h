@@ -43,6 +43,14 @@ VANTOR_EXPORT OSErr MoreAEOCreateAliasObject(AliasHandle pAlias, AEDesc* pContai
                                              AEDesc* pObjSpecifier);
 VANTOR_EXPORT OSErr MoreAEOCreateAliasDesc(AliasHandle pAlias, AEDesc* pAliasDesc);
 
+// The same from a file, through an alias made for it. Also the platform's codes for making one.
+VANTOR_EXPORT OSErr MoreAEOCreateAliasObjectFromFSSpec(const FSSpec* pFSSpec, AEDesc* pContainer,
+                                                       AEDesc* pObjSpecifier);
+VANTOR_EXPORT OSErr MoreAEOCreateAliasDescFromFSSpec(const FSSpec* pFSSpec, AEDesc* pAliasDesc);
+// Puts it into an event; without the bytes that somebody may have appended to the record.
+VANTOR_EXPORT OSErr MoreAEOAddAliasParameterFromFSSpec(const FSSpec* pFSSpec, AEKeyword pKeyword,
+                                                       AppleEvent* pAppleEvent);
+
 // A list of two 'long' items of two bytes each: horizontal, then vertical.
 VANTOR_EXPORT OSErr MoreAEOCreatePositionList(Point pPosition, AEDescList* pList);
 

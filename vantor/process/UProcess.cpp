@@ -4,6 +4,7 @@
 #include "vantor/appleevents/StAEDescriptor.h"
 #include "vantor/appleevents/UAppleEventsMgr.h"
 #include "vantor/containers/TArray.h"
+#include "vantor/files/UVolume.h"
 #include "vantor/foundation/BigEndian.h"
 #include "vantor/foundation/LException.h"
 
@@ -160,6 +161,32 @@ ProcessSerialNumber UProcess::LaunchApp(const FSSpec& inSpec, UInt16 inLaunchFla
     block.launchAppSpec = &spec;
     ThrowIfError(LaunchApplication(&block));
     return block.launchProcessSN;
+}
+
+ProcessSerialNumber UProcess::LaunchApp(AliasHandle inAlias, UInt16 inLaunchFlags) {
+    FSSpec spec;
+    Boolean wasChanged;
+    ThrowIfError(ResolveAlias(nullptr, inAlias, &spec, &wasChanged));
+    return LaunchApp(spec, inLaunchFlags);
+}
+
+Boolean UProcess::Launch(OSType inCreator, OSType inType, UInt16 inLaunchFlags, FSSpec* outAppSpec,
+                         ProcessSerialNumber* outPSN) {
+    if (IsRunning(inCreator, inType)) {
+        const ProcessSerialNumber psn = GetPSN(inCreator, inType);
+        if (outPSN != nullptr) *outPSN = psn;
+        if (outAppSpec != nullptr) UVolume::FindApp(inCreator, *outAppSpec);
+        if (!(inLaunchFlags & launchDontSwitch)) SetFront(psn);
+        if (!(inLaunchFlags & launchContinue)) KillMe();
+        return true;
+    }
+    FSSpec found;
+    if (!UVolume::FindApp(inCreator, found)) return false;
+    LaunchApp(found, inLaunchFlags);
+    if (outAppSpec != nullptr) *outAppSpec = found;
+    // Kept: of type 'APPL', whichever type was asked for.
+    if (outPSN != nullptr) *outPSN = GetPSN(inCreator, 'APPL');
+    return true;
 }
 
 bool operator==(const ProcessSerialNumber& inFirst, const ProcessSerialNumber& inSecond) {

@@ -55,6 +55,17 @@ class VANTOR_EXPORT UProcess {
     // `inLaunchFlags` are launchContinue, launchDontSwitch and the like; without launchContinue the
     // caller ends. Returns before the new process handles events.
     static ProcessSerialNumber LaunchApp(const FSSpec& inSpec, UInt16 inLaunchFlags);
+    // The same for the file that an alias leads to.
+    static ProcessSerialNumber LaunchApp(AliasHandle inAlias, UInt16 inLaunchFlags);
+
+    // Sees to it that an application runs: brings forward the one that does, else launches the one
+    // that the volumes name for the creator. False when there is none.
+    //   inLaunchFlags  launchDontSwitch leaves the front as it is; without launchContinue the
+    //                  caller ends, as asked by itself when the application ran already
+    //   outAppSpec     may be null; what the volumes name, whichever of several copies it is
+    //   outPSN         may be null; after a launch the process found by creator and type 'APPL'
+    static Boolean Launch(OSType inCreator, OSType inType, UInt16 inLaunchFlags, FSSpec* outAppSpec,
+                          ProcessSerialNumber* outPSN);
 };
 
 VANTOR_EXPORT bool operator==(const ProcessSerialNumber& inFirst,
