@@ -37,7 +37,7 @@ struct BundleFacts {
 };
 
 // The facts of the folder at this path; null when there is no folder. Asking again about an
-// unchanged bundle costs two stat calls when it has Contents/PkgInfo and Contents/Info.plist.
+// unchanged bundle costs one system call when it has Contents/PkgInfo and Contents/Info.plist.
 std::shared_ptr<const BundleFacts> FactsOfBundle(const std::string& inPath);
 
 }  // namespace carbon

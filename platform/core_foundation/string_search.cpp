@@ -34,6 +34,35 @@ size_t End(const CFRange& inRange) {
     return static_cast<size_t>(inRange.location) + static_cast<size_t>(inRange.length);
 }
 
+// Names and versions: too short to be worth tables, in characters that fold one by one.
+constexpr size_t kShort = 64;
+
+bool IsShortAscii(std::u16string_view inText) {
+    return inText.size() <= kShort &&
+           std::all_of(inText.begin(), inText.end(), [](char16_t unit) { return unit < 0x80; });
+}
+
+std::optional<CFRange> FindShortAscii(std::u16string_view inText, const CFRange& inRange,
+                                      std::u16string_view inNeedle, CFOptionFlags inFlags) {
+    const auto isSame = [ignoresCase = (inFlags & kCFCompareCaseInsensitive) != 0](char16_t inA,
+                                                                                   char16_t inB) {
+        const auto folded = [](char16_t unit) {
+            return unit >= u'A' && unit <= u'Z' ? unit | 32 : unit;
+        };
+        return inA == inB || (ignoresCase && folded(inA) == folded(inB));
+    };
+    const auto part = inText.substr(Start(inRange), End(inRange) - Start(inRange));
+    const auto found =
+        std::search(part.begin(), part.end(), inNeedle.begin(), inNeedle.end(), isSame);
+    if (inNeedle.empty() || found == part.end()) return std::nullopt;
+    return CFRange{static_cast<CFIndex>(found - part.begin()) + inRange.location,
+                   static_cast<CFIndex>(inNeedle.size())};
+}
+
+bool SearchesForwards(CFOptionFlags inFlags) {
+    return (inFlags & ~CFOptionFlags{kCFCompareCaseInsensitive}) == 0;
+}
+
 }  // namespace
 
 Search::Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
@@ -84,8 +113,11 @@ Boolean CFStringFindWithOptions(CFStringRef theString, CFStringRef stringToFind,
                                 CFRange* result) {
     const auto text = View(theString);
     if (!carbon::IsInside(rangeToSearch, text.size())) return false;
-    const auto match =
-        carbon::Search(text, rangeToSearch, View(stringToFind), searchOptions).Next();
+    const auto needle = View(stringToFind);
+    const bool isSimple = carbon::SearchesForwards(searchOptions) && carbon::IsShortAscii(text) &&
+                          carbon::IsShortAscii(needle);
+    const auto match = isSimple ? carbon::FindShortAscii(text, rangeToSearch, needle, searchOptions)
+                                : carbon::Search(text, rangeToSearch, needle, searchOptions).Next();
     if (match && result) *result = *match;
     return match.has_value();
 }

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -12,6 +13,17 @@
 #include "core_foundation/string_object.h"
 #include "core_foundation/url_hfs.h"
 #include "core_foundation/url_object.h"
+
+namespace carbon {
+
+// What a URL says about files, found out when somebody asks.
+struct FilePaths {
+    std::optional<std::string> own;   // decoded, not resolved
+    std::optional<std::string> file;  // of a file on this machine, resolved
+    Owned<CFStringRef> ownText;
+};
+
+}  // namespace carbon
 
 struct __CFURL : carbon::Object {
     __CFURL(std::string inText, CFURLRef inBase)
@@ -35,9 +47,10 @@ struct __CFURL : carbon::Object {
     const std::string mText;  // ASCII
     const carbon::Owned<CFStringRef> mString;
     const carbon::Owned<CFURLRef> mBase;
+    mutable std::atomic<const carbon::FilePaths*> mPaths = nullptr;
 
   protected:
-    ~__CFURL() = default;
+    ~__CFURL() { delete mPaths.load(); }
 };
 
 namespace carbon {
@@ -100,6 +113,26 @@ std::optional<std::string> PathOfFile(std::string_view inText) {
     return path;
 }
 
+std::optional<std::string> DecodedPath(std::string_view inText) {
+    const UrlParts parts = ParseUrl(inText);
+    if (parts.isOpaque || parts.path.empty()) return std::nullopt;
+    std::string path = Unescape(parts.path);
+    RemoveEndSlashes(&path);
+    return path;
+}
+
+// A URL never changes, so that its paths are found once; of two threads that do, one keeps its own.
+const FilePaths& PathsOf(const __CFURL& inUrl) {
+    if (const auto* known = inUrl.mPaths.load(std::memory_order_acquire)) return *known;
+    auto made = std::make_unique<FilePaths>();
+    made->own = DecodedPath(inUrl.mText);
+    made->file = PathOfFile(inUrl.mBase ? AbsoluteTextOf(&inUrl) : inUrl.mText);
+    if (made->own) made->ownText = Owned<CFStringRef>(StringFromUtf8(*made->own));
+    const FilePaths* other = nullptr;
+    if (!inUrl.mPaths.compare_exchange_strong(other, made.get())) return *other;
+    return *made.release();
+}
+
 bool IsValidUrl(std::string_view inText) {
     constexpr std::string_view kLegal =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789;/?:@&=+$,-_.!~*'()[]#";
@@ -140,11 +173,8 @@ std::string AbsoluteTextOf(CFURLRef inUrl) {
 }
 
 std::optional<std::string> OwnPath(CFURLRef inUrl) {
-    const UrlParts parts = ParseUrl(TextOf(inUrl));
-    if (parts.isOpaque || parts.path.empty()) return std::nullopt;
-    std::string path = Unescape(parts.path);
-    RemoveEndSlashes(&path);
-    return path;
+    const auto* url = Checked(inUrl);
+    return url ? PathsOf(*url).own : std::nullopt;
 }
 
 CFURLRef UrlFromPath(const std::string& inPath, bool inIsDirectory) {
@@ -153,8 +183,7 @@ CFURLRef UrlFromPath(const std::string& inPath, bool inIsDirectory) {
 
 std::optional<std::string> PathFromUrl(CFURLRef inUrl) {
     const auto* url = Checked(inUrl);
-    if (url && !url->mBase) return PathOfFile(url->mText);
-    return PathOfFile(AbsoluteTextOf(inUrl));
+    return url ? PathsOf(*url).file : std::nullopt;
 }
 
 }  // namespace carbon
@@ -199,12 +228,13 @@ CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* bu
 
 CFStringRef CFURLCopyFileSystemPath(CFURLRef anURL, CFURLPathStyle pathStyle) {
     return OrNull([&]() -> CFStringRef {
-        const auto path = carbon::OwnPath(anURL);
-        if (!path) return nullptr;
-        if (pathStyle == kCFURLPOSIXPathStyle) return carbon::StringFromUtf8(*path);
-        const auto absolute = carbon::PathFromUrl(anURL);
-        const bool isHfs = pathStyle == kCFURLHFSPathStyle && absolute;
-        const auto text = isHfs ? carbon::HfsFromPosix(*absolute) : std::nullopt;
+        const auto* url = carbon::Checked(anURL);
+        if (!url) return nullptr;
+        const carbon::FilePaths& paths = carbon::PathsOf(*url);
+        if (pathStyle == kCFURLPOSIXPathStyle)
+            return carbon::Owned<CFStringRef>::Share(paths.ownText.Get()).Detach();
+        const bool isHfs = pathStyle == kCFURLHFSPathStyle && paths.own && paths.file;
+        const auto text = isHfs ? carbon::HfsFromPosix(*paths.file) : std::nullopt;
         return text ? carbon::NewString(*text) : nullptr;
     });
 }

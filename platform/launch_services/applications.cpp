@@ -123,6 +123,7 @@ void Memory::LookAt(const std::string& inBundle, ApplicationList* ioList) {
     mSeen.push_back(application);
     if (facts == nullptr || !IsApplication(*facts)) return;
     application.refErr = RefFromPath(inBundle, &application.ref);
+    if (const CFURLRef url = UrlFromPath(inBundle, true)) application.url.reset(url, CFRelease);
     ioList->push_back(application);
 }
 

@@ -16,6 +16,7 @@ struct Application {
     std::shared_ptr<const BundleFacts> facts;
     OSErr refErr = noErr;  // why there is no reference
     FSRef ref = {};
+    std::shared_ptr<const __CFURL> url = nullptr;  // when there is no memory
 };
 
 using ApplicationList = std::vector<Application>;

@@ -78,7 +78,9 @@ OSStatus Answer(const Application* inFound, FSRef* outRef, CFURLRef* outUrl) {
     if (inFound == nullptr) return kLSApplicationNotFoundErr;
     if (outRef != nullptr && inFound->refErr != noErr) return inFound->refErr;
     if (outRef != nullptr) *outRef = inFound->ref;
-    if (outUrl != nullptr) *outUrl = UrlFromPath(inFound->path, true);
+    if (outUrl == nullptr) return noErr;
+    *outUrl = inFound->url.get();
+    if (*outUrl != nullptr) CFRetain(*outUrl);
     return noErr;
 }
 

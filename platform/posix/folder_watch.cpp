@@ -31,6 +31,10 @@ void FolderWatch::Add(const std::string& inFolder) {
     }
 }
 
+void FolderWatch::AddFile(const std::string& inFile) {
+    if (!mBlind) mBlind = inotify_add_watch(mQueue.Get(), inFile.c_str(), kChanges) < 0;
+}
+
 bool FolderWatch::HasChanged() {
     if (mBlind || mForks != ForkCount()) return true;
     alignas(inotify_event) char events[1024];

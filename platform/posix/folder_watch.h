@@ -16,6 +16,10 @@ class FolderWatch {
     // Watches a folder or, while there is none, the nearest one above it in which it could appear.
     void Add(const std::string& inFolder);
 
+    // Watches a file also for what is done to it under other names. One that is missing leaves the
+    // watch unable to tell.
+    void AddFile(const std::string& inFile);
+
     // Whether something may have changed since the watch was made; true also when it cannot tell.
     bool HasChanged();
 

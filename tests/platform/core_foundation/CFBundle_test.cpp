@@ -1,9 +1,16 @@
 // Bundles: their version, type and creator, dictionary, language and program.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 #include "BundleFolder.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 struct VersionCase {
     const char* text;
@@ -279,6 +286,99 @@ TEST(BundleFacts, FollowEveryChangeOfTheBundle) {
     EXPECT_EQ(carbon::FactsOfBundle(folder.Path())->creator, UInt32('bbbb'));
     std::filesystem::remove_all(folder.Path());
     EXPECT_FALSE(carbon::FactsOfBundle(folder.Path()));
+}
+
+// A complete bundle that has been left alone for long enough to be trusted.
+class QuietBundle : public testing::Test {
+  protected:
+    void SetUp() override {
+        mFolder.WriteInfo(BundleFolder::Pair("CFBundleName", "First") +
+                          BundleFolder::Pair("CFBundleExecutable", "Test"));
+        mFolder.Write("Contents/PkgInfo", "APPLaaaa");
+        mFolder.Write("Contents/Linux/Test", "");
+        AwaitTrust(mFolder.Path());
+    }
+
+    static void AwaitTrust(const std::string& inPath) {
+        const auto changed = fs::last_write_time(inPath + "/Contents/PkgInfo");
+        while (fs::file_time_type::clock::now() < changed + std::chrono::milliseconds(150))
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        const auto facts = carbon::FactsOfBundle(inPath);
+        ASSERT_TRUE(facts);
+        while (carbon::FactsOfBundle(inPath) != carbon::FactsOfBundle(inPath)) continue;
+    }
+    std::string Name(const std::string& inPath) const {
+        const auto facts = carbon::FactsOfBundle(inPath);
+        return facts ? facts->name : "none";
+    }
+    // Another bundle beside it, of another name.
+    std::string WriteOther() const {
+        const fs::path other = mFolder.Root() / "Other.app";
+        fs::copy(mFolder.Path(), other, fs::copy_options::recursive);
+        std::ofstream(other / "Contents/Info.plist")
+            << "<plist version=\"1.0\"><dict>" << BundleFolder::Pair("CFBundleName", "Other")
+            << BundleFolder::Pair("CFBundleExecutable", "Test") << "</dict></plist>";
+        return other.string();
+    }
+
+    BundleFolder mFolder;
+};
+
+TEST_F(QuietBundle, IsTheSameObjectAsLongAsNothingChanges) {
+    EXPECT_EQ(carbon::FactsOfBundle(mFolder.Path()), carbon::FactsOfBundle(mFolder.Path()));
+}
+
+TEST_F(QuietBundle, IsFollowedWhenAFileIsWrittenInPlace) {
+    mFolder.Write("Contents/PkgInfo", "APPLbbbb");
+    EXPECT_EQ(carbon::FactsOfBundle(mFolder.Path())->creator, UInt32('bbbb'));
+}
+
+TEST_F(QuietBundle, IsFollowedWhenAFileIsReplaced) {
+    fs::rename(WriteOther() + "/Contents/Info.plist", mFolder.Path() + "/Contents/Info.plist");
+    EXPECT_EQ(Name(mFolder.Path()), "Other");
+}
+
+TEST_F(QuietBundle, IsFollowedWhenItsFolderOrTheOneInItIsReplaced) {
+    const std::string other = WriteOther(), path = mFolder.Path();
+    fs::rename(path + "/Contents", path + "/Former");
+    EXPECT_NE(Name(path), "First");
+    fs::rename(other + "/Contents", path + "/Contents");
+    EXPECT_EQ(Name(path), "Other");
+    AwaitTrust(path);
+    fs::rename(path, path + ".old");
+    EXPECT_EQ(Name(path), "none");
+}
+
+TEST_F(QuietBundle, IsFollowedThroughALinkThatIsSetAnew) {
+    const std::string other = WriteOther(), link = (mFolder.Root() / "Link.app").string();
+    fs::create_directory_symlink(mFolder.Path(), link);
+    AwaitTrust(link);
+    AwaitTrust(other);
+    EXPECT_EQ(Name(link), "First");
+    fs::remove(link);
+    fs::create_directory_symlink(other, link);
+    EXPECT_EQ(Name(link), "Other");
+}
+
+TEST_F(QuietBundle, IsFollowedWhenAFileIsWrittenUnderAnotherName) {
+    const fs::path outside = mFolder.Root() / "outside";
+    fs::create_hard_link(mFolder.Path() + "/Contents/PkgInfo", outside);
+    EXPECT_EQ(carbon::FactsOfBundle(mFolder.Path())->creator, UInt32('aaaa'));
+    AwaitTrust(mFolder.Path());
+    std::ofstream(outside) << "APPLcccc";
+    EXPECT_EQ(carbon::FactsOfBundle(mFolder.Path())->creator, UInt32('cccc'));
+}
+
+TEST_F(QuietBundle, IsFollowedByAForkedChildToo) {
+    const pid_t child = fork();
+    if (child == 0) {
+        mFolder.Write("Contents/PkgInfo", "APPLbbbb");
+        _exit(carbon::FactsOfBundle(mFolder.Path())->creator == UInt32('bbbb') ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(carbon::FactsOfBundle(mFolder.Path())->creator, UInt32('bbbb'));
 }
 
 TEST(BundleFacts, NameABundleWithoutDictionaryAfterItsFolder) {
