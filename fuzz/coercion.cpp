@@ -22,7 +22,7 @@ void Check(OSErr inResult, AEDesc& ioDesc) {
     if (inResult == noErr) {
         const auto bytes = carbon::EventBytes(ioDesc);
         AEDesc copy = {typeNull, nullptr};
-        if (carbon::DescFromBytes({bytes.begin(), bytes.end()}, &copy) != noErr) std::abort();
+        if (carbon::DescFromBytes(carbon::Buffer(bytes), &copy) != noErr) std::abort();
         AEDisposeDesc(&copy);
     }
     AEDisposeDesc(&ioDesc);
@@ -34,7 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const UInt8* inData, size_t inSize) {
     if (inSize < kHead) return 0;
     const DescType from = ReadType(inData), to = ReadType(inData + 4);
     AEDesc result = {typeNull, nullptr}, source = {typeNull, nullptr};
-    if (carbon::DescFromBytes({inData + kHead, inData + inSize}, &source) == noErr) {
+    if (carbon::DescFromBytes(carbon::Buffer({inData + kHead, inData + inSize}), &source) ==
+        noErr) {
         Check(AECoerceDesc(&source, to, &result), result);
         AEDisposeDesc(&source);
     } else {

@@ -50,7 +50,7 @@ void Change(AEDesc& ioDesc) {
     AEDeleteItem(&ioDesc, 1);
     const auto bytes = carbon::EventBytes(ioDesc);
     AEDesc again = {typeNull, nullptr};
-    Require(carbon::DescFromBytes({bytes.begin(), bytes.end()}, &again) == noErr);
+    Require(carbon::DescFromBytes(carbon::Buffer(bytes), &again) == noErr);
     AEDisposeDesc(&again);
 }
 
@@ -58,7 +58,7 @@ void Change(AEDesc& ioDesc) {
 
 extern "C" int LLVMFuzzerTestOneInput(const UInt8* inData, size_t inSize) {
     AEDesc desc = {typeNull, nullptr};
-    if (carbon::DescFromBytes({inData, inData + inSize}, &desc) != noErr) {
+    if (carbon::DescFromBytes(carbon::Buffer({inData, inData + inSize}), &desc) != noErr) {
         Require(desc.dataHandle == nullptr);
         return 0;
     }

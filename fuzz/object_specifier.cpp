@@ -60,7 +60,8 @@ extern "C" int LLVMFuzzerTestOneInput(const UInt8* inData, size_t inSize) {
     static const bool sIsSetUp = SetUp();
     AEDesc specifier = {typeNull, nullptr}, token = {typeNull, nullptr};
     if (!sIsSetUp || inSize == 0) return 0;
-    if (carbon::DescFromBytes({inData + 1, inData + inSize}, &specifier) != noErr) return 0;
+    if (carbon::DescFromBytes(carbon::Buffer({inData + 1, inData + inSize}), &specifier) != noErr)
+        return 0;
     gCalls = 0;
     const OSErr result = AEResolve(&specifier, SInt16(inData[0]), &token);
     if (result != noErr && token.dataHandle) std::abort();

@@ -23,10 +23,17 @@ std::optional<Item> ItemOf(DescType inType, const void* inData, Size inSize) {
     return Item{inType, Kind::Leaf, Bytes(static_cast<const UInt8*>(inData), size_t(inSize))};
 }
 
-AEDesc DescOf(const Item& inItem) {
+void MakeDesc(const Item& inItem, AEDesc* outDesc) {
     const bool isNull = inItem.type == typeNull && !inItem.IsContainer() && inItem.content.empty();
-    if (isNull) return kNullDesc;
-    return {inItem.type, HandleOf(Storage::OfItem(inItem))};
+    const AEDataStorage handle = isNull ? nullptr : HandleOf(Storage::OfItem(inItem));
+    outDesc->descriptorType = inItem.type;
+    outDesc->dataHandle = handle;
+}
+
+AEDesc DescOf(const Item& inItem) {
+    AEDesc desc;
+    MakeDesc(inItem, &desc);
+    return desc;
 }
 
 Storage* ContainerOf(const AEDesc* inDesc) {
@@ -67,7 +74,7 @@ OSErr Deliver(const Item& inItem, const Wanted& inWanted) {
 OSErr Deliver(const Item& inItem, DescType inDesiredType, AEDesc* outDesc) {
     if (inDesiredType != typeWildCard && inDesiredType != inItem.type)
         return Coerce(inItem, nullptr, inDesiredType, outDesc);
-    *outDesc = DescOf(inItem);
+    MakeDesc(inItem, outDesc);
     return noErr;
 }
 

@@ -23,7 +23,9 @@ inline AEDataStorage HandleOf(std::unique_ptr<Storage> inStorage) {
 Item ItemOf(const AEDesc& inDesc);
 // Bytes from a caller as an item; nothing for a negative size or a null pointer with a size.
 std::optional<Item> ItemOf(DescType inType, const void* inData, Size inSize);
-// A new descriptor with a copy of the item.
+// A new descriptor with a copy of the item. The fields are written one by one: a descriptor that is
+// copied as a whole keeps the processor waiting when its handle is read, which lies across words.
+void MakeDesc(const Item& inItem, AEDesc* outDesc);
 AEDesc DescOf(const Item& inItem);
 
 // The storage when the descriptor is of a kind that fits, else null.
@@ -55,7 +57,7 @@ OSErr Making(AEDesc* outDesc, Body inBody) {
 class TemporaryDesc {
   public:
     TemporaryDesc() = default;
-    explicit TemporaryDesc(const Item& inItem) : mDesc(DescOf(inItem)) {}
+    explicit TemporaryDesc(const Item& inItem) { MakeDesc(inItem, &mDesc); }
     ~TemporaryDesc() { AEDisposeDesc(&mDesc); }
     TemporaryDesc(const TemporaryDesc&) = delete;
     TemporaryDesc& operator=(const TemporaryDesc&) = delete;

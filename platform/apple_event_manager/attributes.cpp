@@ -103,26 +103,31 @@ AEReturnID NextReturnID() {
     return sLast;
 }
 
+// For attributes that the event does not have yet.
 template <typename Number>
-void PutNumber(Storage& ioEvent, AEKeyword inKey, DescType inType, Number inValue) {
+void AddNumber(Storage& ioEvent, AEKeyword inKey, DescType inType, Number inValue) {
     UInt8 bytes[sizeof inValue];
     WriteBigEndian(bytes, inValue);
-    ioEvent.PutAttribute(inKey, {inType, Kind::Leaf, bytes});
+    ioEvent.AddAttribute(inKey, {inType, Kind::Leaf, bytes});
+}
+
+// What another event has there, or else the given item.
+void AddSame(Storage& ioEvent, const Storage& inOther, AEKeyword inKey, const Item& inElse) {
+    const auto at = inOther.FindAttribute(inKey);
+    ioEvent.AddAttribute(inKey, at ? inOther.ItemAt(*at) : inElse);
 }
 
 OSErr CreateEvent(AEEventClass inClass, AEEventID inID, const AEAddressDesc* inTarget,
                   AEReturnID inReturnID, AETransactionID inTransaction, AppleEvent* outEvent) {
-    constexpr UInt32 kRoomForMost = 512;
     const Item target = inTarget ? ItemOf(*inTarget) : Item{};
     auto event = Storage::Empty(Kind::Event, typeAppleEvent);
-    event->Reserve(kRoomForMost);
     if (!Storage::FitsNesting(target)) return paramErr;
     const AEReturnID returnID = inReturnID == kAutoGenerateReturnID ? NextReturnID() : inReturnID;
-    PutNumber(*event, keyEventClassAttr, typeType, UInt32(inClass));
-    PutNumber(*event, keyEventIDAttr, typeType, UInt32(inID));
-    event->PutAttribute(keyAddressAttr, target);
-    PutNumber(*event, keyReturnIDAttr, typeSInt16, returnID);
-    PutNumber(*event, keyTransactionIDAttr, typeSInt32, inTransaction);
+    AddNumber(*event, keyEventClassAttr, typeType, UInt32(inClass));
+    AddNumber(*event, keyEventIDAttr, typeType, UInt32(inID));
+    event->AddAttribute(keyAddressAttr, target);
+    AddNumber(*event, keyReturnIDAttr, typeSInt16, returnID);
+    AddNumber(*event, keyTransactionIDAttr, typeSInt32, inTransaction);
     *outEvent = {typeAppleEvent, HandleOf(std::move(event))};
     return noErr;
 }
@@ -161,17 +166,21 @@ std::optional<SInt16> EventAttribute16(const AppleEvent& inEvent, AEKeyword inKe
 }
 
 OSErr MakeReply(const AppleEvent& inRequest, AppleEvent* outReply) {
+    static constexpr std::array<UInt8, 4> kZeroBytes = {};
+    constexpr Bytes kZeros(kZeroBytes);
     constexpr AEEventClass kReplyClass = 'aevt';
     constexpr AEEventID kReplyID = 'ansr';
     return Making(outReply, [&] {
         Storage* request = EventOf(&inRequest);
         if (!request) return OSErr(errAENotAEDesc);
-        const OSErr result =
-            CreateEvent(kReplyClass, kReplyID, nullptr, 0, kAnyTransactionID, outReply);
-        for (AEKeyword key : {keyReturnIDAttr, keyTransactionIDAttr, keyAddressAttr})
-            if (const auto at = request->FindAttribute(key); at && result == noErr)
-                EventOf(outReply)->PutAttribute(key, request->ItemAt(*at));
-        return result;
+        auto reply = Storage::Empty(Kind::Event, typeAppleEvent);
+        AddNumber(*reply, keyEventClassAttr, typeType, UInt32(kReplyClass));
+        AddNumber(*reply, keyEventIDAttr, typeType, UInt32(kReplyID));
+        AddSame(*reply, *request, keyAddressAttr, Item{});
+        AddSame(*reply, *request, keyReturnIDAttr, {typeSInt16, Kind::Leaf, kZeros.first(2)});
+        AddSame(*reply, *request, keyTransactionIDAttr, {typeSInt32, Kind::Leaf, kZeros.first(4)});
+        *outReply = {typeAppleEvent, HandleOf(std::move(reply))};
+        return OSErr(noErr);
     });
 }
 

@@ -140,14 +140,18 @@ void Connection::Withdraw(UInt64 inMessage) {
 }
 
 Connection::ReceiveResult Connection::Receive(bool inMayWait, Frame* outFrame) {
+    const bool isInside = mAssembler.IsInside();
+    const std::span<UInt8> room = isInside ? mAssembler.Room() : std::span<UInt8>(gPacket);
     const int flags = MSG_TRUNC | (inMayWait ? 0 : MSG_DONTWAIT);
-    ssize_t size = recv(mSocket.Get(), gPacket, sizeof gPacket, flags);
+    ssize_t size = recv(mSocket.Get(), room.data(), room.size(), flags);
     // A peer that ended without reading everything; its last words come after the error.
-    if (size < 0 && errno == ECONNRESET) size = recv(mSocket.Get(), gPacket, sizeof gPacket, flags);
+    if (size < 0 && errno == ECONNRESET)
+        size = recv(mSocket.Get(), room.data(), room.size(), flags);
     if (size < 0)
         return errno == EAGAIN || errno == EINTR ? ReceiveResult::kNothing : ReceiveResult::kClosed;
-    if (size == 0 || static_cast<size_t>(size) > sizeof gPacket) return ReceiveResult::kClosed;
-    switch (mAssembler.Take({gPacket, static_cast<size_t>(size)})) {
+    const size_t length = static_cast<size_t>(size);
+    if (length == 0 || length > room.size()) return ReceiveResult::kClosed;
+    switch (isInside ? mAssembler.Count(length) : mAssembler.Take(room.first(length))) {
         case FrameAssembler::Progress::kBroken:
             return ReceiveResult::kClosed;
         case FrameAssembler::Progress::kMore:

@@ -10,7 +10,7 @@ namespace {
 OSErr Create(DescType inType, const void* inData, Size inSize, AEDesc* outDesc) {
     const auto item = ItemOf(inType, inData, inSize);
     if (!item) return paramErr;
-    *outDesc = DescOf(*item);
+    MakeDesc(*item, outDesc);
     return noErr;
 }
 
@@ -19,7 +19,7 @@ OSErr Duplicate(const AEDesc& inDesc, AEDesc* outDesc) {
         *outDesc = inDesc;
         return noErr;
     }
-    *outDesc = DescOf(ItemOf(inDesc));
+    MakeDesc(ItemOf(inDesc), outDesc);
     return noErr;
 }
 
@@ -38,7 +38,7 @@ OSErr ReplaceData(DescType inType, const void* inData, Size inSize, AEDesc* ioDe
         storage->ReplaceWithLeaf(inType, item->content);
         ioDesc->descriptorType = inType;
     } else {
-        *ioDesc = DescOf(*item);
+        MakeDesc(*item, ioDesc);
     }
     return noErr;
 }

@@ -7,6 +7,7 @@
 #include <Carbon/MacErrors.h>
 
 #include <algorithm>
+#include <bit>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -140,9 +141,9 @@ OSErr Redispatch(Dispatch* ioDispatch, AEEventHandlerUPP inDispatcher, SInt32 in
     return noErr;
 }
 
-bool IsQuit(const Dispatch& inDispatch) {
-    const EventCodes codes = CodesOf(inDispatch.event);
-    return codes.eventClass == kCoreEventClass && codes.id == kAEQuitApplication;
+bool IsQuit(const EventRecord& inRecord) {
+    return inRecord.message == kCoreEventClass &&
+           std::bit_cast<UInt32>(Point{inRecord.where}) == kAEQuitApplication;
 }
 
 }  // namespace
@@ -162,7 +163,7 @@ OSErr DispatchQueued(const QueuedEvent& inQueued) {
     OSErr result = PrepareDispatch(inQueued, &dispatch);
     if (result == noErr) result = RunDispatch(&dispatch);
     if (dispatch.isSuspended) return result;
-    if (result == noErr && IsReplyWanted(dispatch) && IsQuit(dispatch)) {
+    if (result == noErr && IsReplyWanted(dispatch) && IsQuit(inQueued.record)) {
         gFarewells.push_back(dispatch);
         gFarewellThread = std::this_thread::get_id();
     } else {

@@ -20,11 +20,11 @@ OSStatus Flatten(Bytes inForm, Ptr outBuffer, Size inSize, Size* outActual) {
 }
 
 // For a form that passed the check.
-void Adopt(std::vector<UInt8>&& inForm, int inDepth, AEDesc* outDesc) {
+void Adopt(Buffer&& inForm, int inDepth, AEDesc* outDesc) {
     const Item item = ReadItem(inForm, kFirstItem);
     const bool isNull = item.type == typeNull && !item.IsContainer() && item.content.empty();
     if (isNull) return;
-    *outDesc = {item.type, HandleOf(Storage::OfForm(Buffer(std::move(inForm)), inDepth))};
+    *outDesc = {item.type, HandleOf(Storage::OfForm(std::move(inForm), inDepth))};
 }
 
 // The caller vouches for as many bytes as the header names, so that is all that may be read first.
@@ -35,7 +35,7 @@ OSErr Unflatten(const UInt8* inBytes, AEDesc* outDesc) {
     const Bytes form(inBytes, kContent + Padded(size));
     int depth = 0;
     if (!CheckForm(form, &depth)) return paramErr;
-    Adopt({form.begin(), form.end()}, depth, outDesc);
+    Adopt(Buffer(form), depth, outDesc);
     return noErr;
 }
 
@@ -47,7 +47,7 @@ std::span<const UInt8> EventBytes(const AEDesc& inDesc) {
     return storage ? storage->Form(inDesc.descriptorType) : Bytes(kNullForm);
 }
 
-OSStatus DescFromBytes(std::vector<UInt8>&& inBytes, AEDesc* outDesc) {
+OSStatus DescFromBytes(Buffer&& inBytes, AEDesc* outDesc) {
     return Making(outDesc, [&] {
         int depth = 0;
         if (!CheckForm(inBytes, &depth)) return OSErr(errAECorruptData);

@@ -45,9 +45,10 @@ bool IsAllowed(const FrameHeader& inHeader) {
 }
 
 // Untouched pages of a false promise cost nothing, but there may be no room for the promise itself.
-bool Reserve(size_t inSize, std::vector<UInt8>* outBytes) {
+bool MakeRoom(size_t inSize, Buffer* outBytes) {
     try {
-        outBytes->reserve(inSize);
+        outBytes->Reserve(inSize + kRoomForAttributes);
+        outBytes->Splice(0, 0, inSize);
         return true;
     } catch (const std::bad_alloc&) {
         return false;
@@ -84,8 +85,10 @@ FrameAssembler::Progress FrameAssembler::Begin(std::span<const UInt8> inPacket) 
     const auto header = DecodeHeader(inPacket);
     if (!header) return Progress::kBroken;
     mFrame.header = *header;
-    mFrame.payload.clear();
+    mFrame.payload = {};
+    mReceived = 0;
     mInside = true;
+    if (!MakeRoom(header->size, &mFrame.payload)) return Progress::kBroken;
     if (header->size == 0 && inPacket.size() == kFrameHeaderSize) return Progress::kComplete;
     return inPacket.size() == kFrameHeaderSize ? Progress::kMore
                                                : Take(inPacket.subspan(kFrameHeaderSize));
@@ -93,13 +96,20 @@ FrameAssembler::Progress FrameAssembler::Begin(std::span<const UInt8> inPacket) 
 
 FrameAssembler::Progress FrameAssembler::Take(std::span<const UInt8> inPacket) {
     if (!mInside) return Begin(inPacket);
-    std::vector<UInt8>& payload = mFrame.payload;
-    if (inPacket.empty() || inPacket.size() > mFrame.header.size - payload.size())
+    const std::span<UInt8> room = Room();
+    if (inPacket.size() <= room.size()) std::copy(inPacket.begin(), inPacket.end(), room.begin());
+    return Count(inPacket.size());
+}
+
+std::span<UInt8> FrameAssembler::Room() {
+    return {mFrame.payload.Writable() + mReceived, mFrame.header.size - mReceived};
+}
+
+FrameAssembler::Progress FrameAssembler::Count(size_t inPacketSize) {
+    if (inPacketSize == 0 || inPacketSize > mFrame.header.size - mReceived)
         return Progress::kBroken;
-    if (payload.empty() && !Reserve(mFrame.header.size + kRoomForAttributes, &payload))
-        return Progress::kBroken;
-    payload.insert(payload.end(), inPacket.begin(), inPacket.end());
-    return payload.size() == mFrame.header.size ? Progress::kComplete : Progress::kMore;
+    mReceived += inPacketSize;
+    return mReceived == mFrame.header.size ? Progress::kComplete : Progress::kMore;
 }
 
 Frame FrameAssembler::TakeFrame() {

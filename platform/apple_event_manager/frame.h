@@ -9,7 +9,8 @@
 #include <array>
 #include <optional>
 #include <span>
-#include <vector>
+
+#include "apple_event_manager/buffer.h"
 
 namespace carbon {
 
@@ -34,7 +35,7 @@ struct FrameHeader {
 
 struct Frame {
     FrameHeader header;
-    std::vector<UInt8> payload;
+    Buffer payload;
 };
 
 constexpr size_t kFrameHeaderSize = 28;
@@ -57,11 +58,17 @@ class FrameAssembler {
     Frame TakeFrame();
     bool IsInside() const { return mInside; }  // more packets of a frame are to come
 
+    // Inside a frame: where the rest of it belongs. A packet may be put there and counted instead
+    // of being given; one that is longer breaks.
+    std::span<UInt8> Room();
+    Progress Count(size_t inPacketSize);
+
   private:
     Progress Begin(std::span<const UInt8> inPacket);
 
     bool mInside = false;
     Frame mFrame;
+    size_t mReceived = 0;  // bytes of the payload
 };
 
 }  // namespace carbon

@@ -5,7 +5,8 @@
 
 #include <optional>
 #include <span>
-#include <vector>
+
+#include "apple_event_manager/buffer.h"
 
 namespace carbon {
 
@@ -23,7 +24,7 @@ std::span<const UInt8> EventBytes(const AEDesc& inDesc);
 
 // The descriptor that has this flattened form. Adopts the buffer after checking every bound, size
 // and depth in it; errAECorruptData, or memFullErr, and the null descriptor otherwise.
-OSStatus DescFromBytes(std::vector<UInt8>&& inBytes, AEDesc* outDesc);
+OSStatus DescFromBytes(Buffer&& inBytes, AEDesc* outDesc);
 
 // Sets any attribute as it is, the read-only ones included. errAENotAEDesc for what is no event.
 OSErr SetEventAttribute(AppleEvent* ioEvent, AEKeyword inKey, DescType inType, const void* inData,

@@ -1,4 +1,5 @@
 // The tables of object accessors, and calling the one that fits.
+#include <array>
 #include <map>
 
 #include "apple_event_manager/object_model.h"
@@ -17,18 +18,30 @@ Table& TableFor(Boolean inIsSystem) {
     return sTables[inIsSystem ? 1 : 0];
 }
 
-std::vector<Entry> Candidates(DescType inClass, DescType inContainerType) {
+// At most eight: copies, since an accessor may change the tables.
+struct CandidateList {
+    std::array<Entry, 8> entries;
+    size_t count = 0;
+
+    const Entry* begin() const { return entries.data(); }
+    const Entry* end() const { return entries.data() + count; }
+};
+
+CandidateList Candidates(DescType inClass, DescType inContainerType) {
     using Pair = std::pair<DescType, DescType>;
-    std::vector<Entry> entries;
+    CandidateList list;
     const Pair pairs[] = {{inClass, inContainerType},
                           {inClass, typeWildCard},
                           {typeWildCard, inContainerType},
                           {typeWildCard, typeWildCard}};
-    for (Boolean isSystem : {false, true})
+    for (Boolean isSystem : {false, true}) {
+        const Table& table = TableFor(isSystem);
+        if (table.empty()) continue;
         for (const auto& pair : pairs)
-            if (const auto found = TableFor(isSystem).find(pair); found != TableFor(isSystem).end())
-                entries.push_back(found->second);
-    return entries;
+            if (const auto found = table.find(pair); found != table.end())
+                list.entries[list.count++] = found->second;
+    }
+    return list;
 }
 
 // errAEEventNotHandled is an accessor's way to leave the matter to the next one.

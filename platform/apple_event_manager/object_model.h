@@ -40,7 +40,7 @@ class Token {
     // A plain value where a token might be.
     void Hold(const Item& inValue) {
         Reset();
-        mDesc = DescOf(inValue);
+        MakeDesc(inValue, &mDesc);
         mOwner = Owner::Us;
     }
     void Take(Token& ioOther) {

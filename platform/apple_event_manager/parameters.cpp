@@ -40,7 +40,10 @@ OSErr FetchPtr(Storage& inRecord, const Place& inPlace, const Wanted& inWanted) 
 }
 
 OSErr FetchDesc(Storage& inRecord, const Place& inPlace, DescType inType, AEDesc* outDesc) {
-    const OSErr result = Deliver(inRecord.ItemAt(inPlace.at), inType, outDesc);
+    const Item item = inRecord.ItemAt(inPlace.at);
+    const bool isWhole = item.IsContainer() && (inType == typeWildCard || inType == item.type);
+    if (isWhole) *outDesc = {item.type, HandleOf(Storage::OfItemIn(inRecord, inPlace.at))};
+    const OSErr result = isWhole ? OSErr(noErr) : Deliver(item, inType, outDesc);
     if (result == noErr) inRecord.MarkFetched(inPlace.position);
     return result;
 }

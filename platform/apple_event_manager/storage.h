@@ -26,6 +26,8 @@ class Storage {
     static std::unique_ptr<Storage> Empty(Kind inKind, DescType inType);
     // The bytes must have passed CheckForm, which also knows how deep they are nested.
     static std::unique_ptr<Storage> OfForm(Buffer&& inForm, int inDepthAtMost);
+    // An item of a container as a descriptor of its own, its bytes shared when they are many.
+    static std::unique_ptr<Storage> OfItemIn(Storage& ioContainer, UInt32 inAt);
     // Bytes that stay the lender's until the callback is called, in the destructor at the latest.
     static std::unique_ptr<Storage> OfExternal(DescType inType, Bytes inData,
                                                AEDisposeExternalUPP inCallback, SInt32 inRefCon);
@@ -36,9 +38,10 @@ class Storage {
     Kind GetKind() const { return mKind; }
     bool IsKeyed() const { return mKind == Kind::Record || mKind == Kind::Event; }
     int DepthAtMost() const { return mDepthAtMost; }
-    Bytes Content() const;
+    Bytes Content() const {
+        return mLoan ? mLoan->data : ReadItem(mForm, wire::kFirstItem).content;
+    }
     Bytes Form(DescType inType);
-    void Reserve(UInt32 inBytes) { mForm.Reserve(inBytes); }
     void ReplaceWithLeaf(DescType inType, Bytes inData);
 
     // Containers: items of lists and records, parameters of events.
@@ -56,6 +59,7 @@ class Storage {
     // Attributes of events.
     std::optional<UInt32> FindAttribute(AEKeyword inKey) const;
     void PutAttribute(AEKeyword inKey, const Item& inItem);
+    void AddAttribute(AEKeyword inKey, const Item& inItem);  // one that it does not have
 
     // Which parameters of this event its reader has fetched; never part of the form.
     void MarkFetched(UInt32 inPosition);
@@ -69,9 +73,11 @@ class Storage {
     bool FitsFactoring(const Item& inItem) const;
 
   private:
+    static constexpr UInt32 kFewParameters = 64;
+
     // Found out when somebody asks, kept up afterwards.
     struct Index {
-        std::vector<UInt32> offsets;       // of every item
+        std::vector<UInt32> offsets;       // of the items so far, of one at least
         std::map<AEKeyword, UInt32> keys;  // first position of each key
         bool hasKeys = false;
     };
@@ -83,6 +89,7 @@ class Storage {
 
     explicit Storage(Kind inKind) : mKind(inKind) {}
 
+    void AdoptContainer(int inDepthAtMost);
     UInt32 KeySize() const { return mKind == Kind::List ? 0 : wire::kKeySize; }
     UInt32 ItemsBegin() const;
     UInt32 ItemsEnd() const;
@@ -90,9 +97,15 @@ class Storage {
     void WriteEntry(UInt32 inAt, UInt32 inOldSize, AEKeyword inKey, const Item& inItem);
     void UpdateHeader();
     void GrowParameters(SInt64 inGrowth);
-    Index& NeedIndex();
+    Index& IndexUpTo(UInt32 inPosition);
     void NeedKeys();
     void ForgetIndex() { mIndex.reset(); }
+    void ForgetFetched(UInt32 inPosition);
+    void EraseFetched(UInt32 inPosition);
+    void ForgetAllFetched() {
+        mFetchedFew = 0;
+        mFetchedMore.clear();
+    }
     void EndLoan();
 
     Kind mKind;
@@ -101,7 +114,8 @@ class Storage {
     Buffer mForm;  // without content while the data is on loan and nobody wanted the form
     std::unique_ptr<Index> mIndex;
     std::unique_ptr<Loan> mLoan;
-    std::vector<bool> mFetched;
+    UInt64 mFetchedFew = 0;  // a bit for each of the first parameters
+    std::vector<bool> mFetchedMore;
     std::vector<UInt8> mFactoring;
 };
 

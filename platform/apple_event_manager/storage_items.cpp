@@ -15,25 +15,27 @@ constexpr UInt32 kFewItems = 16;  // so many keys are compared one by one
 
 }  // namespace
 
-Storage::Index& Storage::NeedIndex() {
-    if (mIndex) return *mIndex;
-    auto index = std::make_unique<Index>();
-    index->offsets.reserve(mCount);
-    for (UInt32 at = ItemsBegin(), i = 0; i < mCount; ++i, at = EndOf(at))
-        index->offsets.push_back(at);
-    mIndex = std::move(index);
+// A reader who goes from item to item walks over them once, while they are at hand.
+Storage::Index& Storage::IndexUpTo(UInt32 inPosition) {
+    if (!mIndex) {
+        mIndex = std::make_unique<Index>();
+        mIndex->offsets.push_back(ItemsBegin());
+    }
+    auto& offsets = mIndex->offsets;
+    while (offsets.size() <= inPosition) offsets.push_back(EndOf(offsets.back()));
     return *mIndex;
 }
 
 void Storage::NeedKeys() {
-    Index& index = NeedIndex();
+    Index& index = IndexUpTo(mCount - 1);
     if (index.hasKeys) return;
     for (UInt32 i = 0; i < mCount; ++i) index.keys.emplace(KeyAt(index.offsets[i]), i);
     index.hasKeys = true;
 }
 
 UInt32 Storage::PlaceAt(UInt32 inPosition) {
-    return NeedIndex().offsets[inPosition];
+    if (mIndex && inPosition < mIndex->offsets.size()) return mIndex->offsets[inPosition];
+    return IndexUpTo(inPosition).offsets[inPosition];
 }
 
 AEKeyword Storage::KeyAt(UInt32 inAt) const {
@@ -54,8 +56,8 @@ std::optional<Place> Storage::Find(AEKeyword inKey) {
 
 void Storage::Append(AEKeyword inKey, const Item& inItem) {
     const UInt32 at = ItemsEnd();
-    if (mIndex) mIndex->offsets.push_back(at);
     try {
+        if (mIndex && mIndex->offsets.size() == mCount) mIndex->offsets.push_back(at);
         if (mIndex && mIndex->hasKeys) mIndex->keys.emplace(inKey, mCount);
         WriteEntry(at, 0, inKey, inItem);
     } catch (...) {
@@ -74,10 +76,11 @@ void Storage::Replace(const Place& inPlace, const Item& inItem) {
     const SInt64 growth = SInt64(KeySize()) + inItem.FormSize() - oldSize;
     GrowParameters(growth);
     UpdateHeader();
-    if (inPlace.position < mFetched.size()) mFetched[inPlace.position] = false;
+    ForgetFetched(inPlace.position);
     if (!mIndex || growth == 0) return;
-    for (UInt32 i = inPlace.position + 1; i < mCount; ++i)
-        mIndex->offsets[i] = UInt32(mIndex->offsets[i] + growth);
+    auto& offsets = mIndex->offsets;
+    for (size_t i = inPlace.position + size_t{1}; i < offsets.size(); ++i)
+        offsets[i] = UInt32(offsets[i] + growth);
 }
 
 void Storage::Erase(const Place& inPlace) {
@@ -86,11 +89,13 @@ void Storage::Erase(const Place& inPlace) {
     GrowParameters(-SInt64(oldSize));
     --mCount;
     UpdateHeader();
-    if (inPlace.position < mFetched.size()) mFetched.erase(mFetched.begin() + inPlace.position);
+    EraseFetched(inPlace.position);
     if (!mIndex) return;
     auto& offsets = mIndex->offsets;
+    if (mCount == 0 || inPlace.position >= offsets.size()) return ForgetIndex();
     offsets.erase(offsets.begin() + inPlace.position);
-    for (UInt32 i = inPlace.position; i < mCount; ++i) offsets[i] -= oldSize;
+    for (size_t i = inPlace.position; i < offsets.size(); ++i) offsets[i] -= oldSize;
+    if (offsets.empty()) return ForgetIndex();
     mIndex->keys.clear();
     mIndex->hasKeys = false;
 }
@@ -101,7 +106,7 @@ void Storage::Clear() {
     GrowParameters(-SInt64(size));
     mCount = 0;
     UpdateHeader();
-    mFetched.clear();
+    ForgetAllFetched();
     ForgetIndex();
 }
 
@@ -136,21 +141,56 @@ std::optional<UInt32> Storage::FindAttribute(AEKeyword inKey) const {
 
 void Storage::PutAttribute(AEKeyword inKey, const Item& inItem) {
     const auto found = FindAttribute(inKey);
-    const UInt32 at = found ? *found : UInt32(mForm.Size());
-    WriteEntry(at, found ? EndOf(at) - at : 0, inKey, inItem);
-    UInt8* count = mForm.Data() + kContent + kAttributeCountAt;
-    if (!found) WriteBigEndian(count, ReadBigEndian<UInt32>(count) + 1);
+    if (!found) return AddAttribute(inKey, inItem);
+    WriteEntry(*found, EndOf(*found) - *found, inKey, inItem);
     UpdateHeader();
 }
 
+void Storage::AddAttribute(AEKeyword inKey, const Item& inItem) {
+    WriteEntry(mForm.Size(), 0, inKey, inItem);
+    UInt8* count = mForm.Writable() + kContent + kAttributeCountAt;
+    WriteBigEndian(count, ReadBigEndian<UInt32>(count) + 1);
+    UpdateHeader();
+}
+
+// The first parameters, which nearly all events have no more than, are kept without memory of
+// their own.
 void Storage::MarkFetched(UInt32 inPosition) {
     if (mKind != Kind::Event) return;
-    if (mFetched.size() <= inPosition) mFetched.resize(inPosition + 1);
-    mFetched[inPosition] = true;
+    if (inPosition < kFewParameters) {
+        mFetchedFew |= UInt64{1} << inPosition;
+        return;
+    }
+    const UInt32 position = inPosition - kFewParameters;
+    if (mFetchedMore.size() <= position) mFetchedMore.resize(position + 1);
+    mFetchedMore[position] = true;
 }
 
 bool Storage::IsFetched(UInt32 inPosition) const {
-    return inPosition < mFetched.size() && mFetched[inPosition];
+    if (inPosition < kFewParameters) return (mFetchedFew >> inPosition & 1) != 0;
+    const UInt32 position = inPosition - kFewParameters;
+    return position < mFetchedMore.size() && mFetchedMore[position];
+}
+
+void Storage::ForgetFetched(UInt32 inPosition) {
+    if (inPosition < kFewParameters)
+        mFetchedFew &= ~(UInt64{1} << inPosition);
+    else if (inPosition - kFewParameters < mFetchedMore.size())
+        mFetchedMore[inPosition - kFewParameters] = false;
+}
+
+// What comes behind an erased parameter moves up by one.
+void Storage::EraseFetched(UInt32 inPosition) {
+    if (inPosition >= kFewParameters) {
+        const UInt32 position = inPosition - kFewParameters;
+        if (position < mFetchedMore.size()) mFetchedMore.erase(mFetchedMore.begin() + position);
+        return;
+    }
+    const UInt64 before = (UInt64{1} << inPosition) - 1;
+    const bool next = IsFetched(kFewParameters);
+    mFetchedFew = (mFetchedFew & before) | (mFetchedFew >> 1 & ~before);
+    if (next) mFetchedFew |= UInt64{1} << (kFewParameters - 1);
+    if (!mFetchedMore.empty()) mFetchedMore.erase(mFetchedMore.begin());
 }
 
 }  // namespace carbon

@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "apple_event_manager/internal.h"
 #include "core_foundation/internal.h"

@@ -11,12 +11,6 @@ namespace carbon {
 
 using namespace wire;
 
-Item ReadItem(Bytes inBytes, UInt32 inAt) {
-    const UInt8* header = inBytes.data() + inAt;
-    return {ReadBigEndian<UInt32>(header + kTypeAt), Kind(header[kKindAt]),
-            inBytes.subspan(inAt + kItemHeader, ReadBigEndian<UInt32>(header + kSizeAt))};
-}
-
 Section ItemsOf(Kind inKind, Bytes inContent) {
     const UInt8* content = inContent.data();
     const UInt32 count = ReadBigEndian<UInt32>(content);

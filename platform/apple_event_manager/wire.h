@@ -5,6 +5,7 @@
 #include <span>
 
 #include <Carbon/AEDataModel.h>
+#include "apple_event_manager/big_endian.h"
 #include "apple_event_manager/limits.h"
 #include "apple_event_manager/wire_format.h"
 
@@ -26,7 +27,11 @@ struct Item {
 };
 
 // The item whose header begins at `inAt`.
-Item ReadItem(Bytes inBytes, UInt32 inAt);
+inline Item ReadItem(Bytes inBytes, UInt32 inAt) {
+    const UInt8* header = inBytes.data() + inAt;
+    return {ReadBigEndian<UInt32>(header + wire::kTypeAt), Kind(header[wire::kKindAt]),
+            Bytes(header + wire::kItemHeader, ReadBigEndian<UInt32>(header + wire::kSizeAt))};
+}
 
 // The items of a container, or the parameters of an event, from the first byte of its content.
 struct Section {

@@ -30,8 +30,8 @@ std::string EventPath(UInt32 inNumber) {
     return RuntimeFolder(&folder) == noErr ? folder + name : std::string();
 }
 
-OSErr EventFromBytes(std::vector<UInt8>&& inBytes, AppleEvent* outEvent) {
-    if (DescFromBytes(std::move(inBytes), outEvent) != noErr) return paramErr;
+OSErr EventFromBytes(const std::vector<UInt8>& inBytes, AppleEvent* outEvent) {
+    if (DescFromBytes(Buffer(inBytes), outEvent) != noErr) return paramErr;
     if (IsAppleEvent(*outEvent)) return noErr;
     AEDisposeDesc(outEvent);
     return paramErr;

@@ -26,10 +26,11 @@ constexpr ProcessSerialNumber SwapUnlessBigEndian(ProcessSerialNumber inPSN) {
     return {SwapUnlessBigEndian(inPSN.highLongOfPSN), SwapUnlessBigEndian(inPSN.lowLongOfPSN)};
 }
 
-inline FSSpec SwapUnlessBigEndian(FSSpec inSpec) {
-    inSpec.vRefNum = SwapUnlessBigEndian(inSpec.vRefNum);
-    inSpec.parID = SwapUnlessBigEndian(inSpec.parID);
-    return inSpec;
+inline FSSpec SwapUnlessBigEndian(const FSSpec& inSpec) {
+    FSSpec spec = inSpec;
+    spec.vRefNum = SwapUnlessBigEndian(inSpec.vRefNum);
+    spec.parID = SwapUnlessBigEndian(inSpec.parID);
+    return spec;
 }
 
 // A variable's value as it stands in a descriptor.

@@ -263,6 +263,44 @@ TEST(Event, ForgetsWhatWasFetchedWithTheParameter) {
     EXPECT_EQ(Missed(event), AEKeyword('keyB'));
 }
 
+TEST(Event, KeepsAccountOfMoreParametersThanAnybodySends) {
+    Desc event = Event();
+    std::vector<AEKeyword> missed;
+    for (AEKeyword key = 1; key <= 150; ++key) {
+        Put(event, key, "x");
+        missed.push_back(key);
+    }
+    for (AEKeyword step = 0; !missed.empty(); ++step) {
+        const size_t place = step * 37 % missed.size();
+        if (step % 3 == 0)
+            ASSERT_EQ(AEDeleteParam(&event, missed[place]), noErr);
+        else
+            Param(event, missed[place]);
+        missed.erase(missed.begin() + SInt32(place));
+        ASSERT_EQ(Missed(event), missed.empty() ? 0 : missed[0]) << step;
+    }
+}
+
+TEST(Event, ListTakenFromItIsWholeAndApart) {
+    Desc event = Event(), list = List();
+    for (SInt32 i = 0; i < 1000; ++i) {
+        const Desc item = Long(i);
+        ASSERT_EQ(AEPutDesc(&list, 0, &item), noErr);
+    }
+    ASSERT_EQ(AEPutParamDesc(&event, 'kfil', &list), noErr);
+    const std::string before = event.Flat();
+    Desc taken = Param(event, 'kfil'), again = Param(event, 'kfil');
+    EXPECT_EQ(taken.Flat(), list.Flat());
+    ASSERT_EQ(AEDeleteItem(&taken, 1), noErr);
+    ASSERT_EQ(AEPutPtr(&taken, 0, typeChar, "more", 4), noErr);
+    EXPECT_EQ(Count(taken), 1000);
+    EXPECT_EQ(event.Flat(), before);
+    Put(event, 'kfil', "nothing left");
+    EXPECT_EQ(again.Flat(), list.Flat());
+    event = Desc();
+    EXPECT_EQ(Nth(again, 1000).Bytes(), Big(SInt32(999)));
+}
+
 TEST(Event, ReplyCarriesReturnIDTransactionAndAddressOfTheRequest) {
     const Desc target = Code(typeApplSignature, 'Fv8k');
     Desc request, reply;

@@ -12,8 +12,12 @@ Desc Unflattened(const std::string& inBytes) {
     return desc;
 }
 
+carbon::Buffer BufferOf(std::string_view inBytes) {
+    return carbon::Buffer({reinterpret_cast<const UInt8*>(inBytes.data()), inBytes.size()});
+}
+
 OSStatus FromBytes(std::string_view inBytes, Desc& outDesc) {
-    return carbon::DescFromBytes({inBytes.begin(), inBytes.end()}, outDesc.Out());
+    return carbon::DescFromBytes(BufferOf(inBytes), outDesc.Out());
 }
 
 Desc FullEvent() {
@@ -170,9 +174,8 @@ TEST(Flattening, TakesThirtyTwoLevelsAndRefusesMore) {
 }
 
 TEST(Flattening, AdoptsTheBufferItIsGiven) {
-    const std::string flat = FullEvent().Flat();
-    std::vector<UInt8> bytes(flat.begin(), flat.end());
-    const UInt8* place = bytes.data();
+    carbon::Buffer bytes = BufferOf(FullEvent().Flat());
+    const UInt8* place = bytes.Data();
     Desc desc;
     ASSERT_EQ(carbon::DescFromBytes(std::move(bytes), &desc), noErr);
     EXPECT_EQ(carbon::EventBytes(desc).data(), place);

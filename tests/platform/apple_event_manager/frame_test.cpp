@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "apple_event_manager/limits.h"
 
 namespace carbon {
@@ -59,11 +61,15 @@ TEST(Frame, HeaderIsRefusedWhenItBreaksARule) {
     EXPECT_FALSE(DecodeHeader(EncodeHeader(Event(0xFFFFFFFF)))) << "over the limit";
 }
 
+std::string Text(std::span<const UInt8> inBytes) {
+    return {inBytes.begin(), inBytes.end()};
+}
+
 TEST(FrameAssembler, OnePacketMakesAFrame) {
     FrameAssembler assembler;
     ASSERT_EQ(assembler.Take(Packet(Event(3), 3)), Progress::kComplete);
     const Frame frame = assembler.TakeFrame();
-    EXPECT_EQ(frame.payload, std::vector<UInt8>(3, 'x'));
+    EXPECT_EQ(Text(frame.payload), "xxx");
     EXPECT_EQ(assembler.Take(Packet(Event(1), 1)), Progress::kComplete);
 }
 
@@ -72,8 +78,24 @@ TEST(FrameAssembler, PacketsAreJoinedUntilThePromiseIsKept) {
     EXPECT_EQ(assembler.Take(Packet(Event(6), 2, 'a')), Progress::kMore);
     EXPECT_EQ(assembler.Take(std::vector<UInt8>(3, 'b')), Progress::kMore);
     EXPECT_EQ(assembler.Take(std::vector<UInt8>(1, 'c')), Progress::kComplete);
-    const std::vector<UInt8> whole = assembler.TakeFrame().payload;
-    EXPECT_EQ(std::string(whole.begin(), whole.end()), "aabbbc");
+    EXPECT_EQ(Text(assembler.TakeFrame().payload), "aabbbc");
+}
+
+TEST(FrameAssembler, PacketsMayBePutWhereTheyBelong) {
+    FrameAssembler assembler;
+    EXPECT_EQ(assembler.Take(Packet(Event(6), 2, 'a')), Progress::kMore);
+    std::memset(assembler.Room().data(), 'b', 3);
+    EXPECT_EQ(assembler.Count(3), Progress::kMore);
+    ASSERT_EQ(assembler.Room().size(), 1u);
+    assembler.Room()[0] = 'c';
+    EXPECT_EQ(assembler.Count(1), Progress::kComplete);
+    EXPECT_EQ(Text(assembler.TakeFrame().payload), "aabbbc");
+}
+
+TEST(FrameAssembler, MoreThanThereIsRoomForBreaks) {
+    FrameAssembler assembler;
+    EXPECT_EQ(assembler.Take(Packet(Event(2))), Progress::kMore);
+    EXPECT_EQ(assembler.Count(3), Progress::kBroken);
 }
 
 TEST(FrameAssembler, HeaderMayComeAlone) {

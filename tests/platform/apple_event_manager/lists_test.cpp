@@ -62,6 +62,35 @@ TEST(List, DeletingMovesLaterItemsDown) {
     EXPECT_EQ(AEDeleteItem(&list, 0), errAEBadListItem);
 }
 
+TEST(List, FollowsAnyMixtureOfChangesAndLooks) {
+    Desc list = List();
+    Numbers model;
+    UInt32 random = 1;
+    const auto next = [&](size_t inBelow) {
+        random = random * 1664525 + 1013904223;
+        return SInt32((random >> 8) % inBelow);
+    };
+    for (SInt32 i = 0; i < 2000; ++i) {
+        const SInt32 place = next(model.size() + 1), what = next(5);
+        if (what < 2 || place == SInt32(model.size())) {
+            ASSERT_EQ(Put(list, 0, i), noErr);
+            model.push_back(i);
+        } else if (what == 2) {
+            ASSERT_EQ(AEDeleteItem(&list, place + 1), noErr);
+            model.erase(model.begin() + place);
+        } else if (what == 3) {
+            const std::string longer = Big(SInt32(i)) + std::string(size_t(next(9)), 'x');
+            ASSERT_EQ(AEPutPtr(&list, place + 1, typeSInt32, longer.data(), Size(longer.size())),
+                      noErr);
+            model[size_t(place)] = i;
+        } else {
+            ASSERT_EQ(Nth(list, place + 1).Bytes().substr(0, 4), Big(model[size_t(place)])) << i;
+        }
+    }
+    ASSERT_EQ(Count(list), SInt32(model.size()));
+    EXPECT_EQ(Values(list), model);
+}
+
 TEST(List, SaysThatAnItemIsMissing) {
     const Desc list = Longs({10});
     Desc item;
