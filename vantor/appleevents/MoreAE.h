@@ -81,4 +81,34 @@ VANTOR_EXPORT OSErr MoreAEGetOSTypeFromDescriptor(const AEDesc* pDesc, OSType* p
 // The bytes in a new handle, the caller's. `*pDescData` is null before.
 VANTOR_EXPORT OSErr MoreAECopyDescriptorDataToHandle(const AEDesc* pDesc, Handle* pDescData);
 
+// --- For handlers of events ---
+
+// 0 when every required parameter of the event has been read, errAEParamMissed when not.
+VANTOR_EXPORT OSErr MoreAEGotRequiredParams(const AppleEvent* pAppleEvent);
+
+// Puts an error number into the reply; 0 is put too. A reply that nobody wants is left alone.
+VANTOR_EXPORT OSErr MoreAEMoreAESetReplyErrorNumber(OSErr pError, AppleEvent* pAEReply);
+
+// Puts the result of an event into its reply: as the direct object when `pError` is 0, else as the
+// error's text ('TEXT') or number ('long'); a result of another type is then errAETypeError.
+// Returns `pError` when nothing went wrong here.
+VANTOR_EXPORT OSErr MoreAEAddResultToReply(const AEDesc* pResult, AppleEvent* pAEReply,
+                                           OSErr pError);
+
+VANTOR_EXPORT OSErr MoreAEExtractClassAndID(const AppleEvent* pAppleEvent,
+                                            AEEventClass* pEventClass, AEEventID* pEventID);
+
+// Whether the sender's creator is 'MACS' and its file type 'FNDR'.
+VANTOR_EXPORT OSErr MoreAEIsSenderFinder(const AppleEvent* pAppleEvent, Boolean* pIsFinder);
+
+// Appends a copy of each item.
+VANTOR_EXPORT OSErr MoreAEAppendListToList(const AEDescList* pSourceList, AEDescList* pDestList);
+
+// Whether there are Apple Events at all. Asked once; true as long as there is no answer.
+VANTOR_EXPORT Boolean MoreAEHasAppleEvents(void);
+
+// The value that stands for none: the 'type' 'msng'.
+VANTOR_EXPORT Boolean MoreAEIsMissingValue(const AEDesc* pDesc);
+VANTOR_EXPORT OSErr MoreAECreateMissingValue(AEDesc* pDesc);
+
 VANTOR_END_C

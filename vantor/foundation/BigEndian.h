@@ -16,9 +16,11 @@ constexpr T SwapUnlessBigEndian(T inValue) {
         return inValue;
     } else if constexpr (sizeof(T) == 2) {
         return static_cast<T>(__builtin_bswap16(static_cast<UInt16>(inValue)));
-    } else {
-        static_assert(sizeof(T) == 4);
+    } else if constexpr (sizeof(T) == 4) {
         return static_cast<T>(__builtin_bswap32(static_cast<UInt32>(inValue)));
+    } else {
+        static_assert(sizeof(T) == 8);
+        return static_cast<T>(__builtin_bswap64(static_cast<UInt64>(inValue)));
     }
 }
 

@@ -19,8 +19,11 @@ struct PascalLiteral {
     unsigned char mBytes[Size] = {};
 };
 
-#define MoreAssertQ(condition)                                                       \
-    do {                                                                             \
-        static constexpr PascalLiteral sFailure("MoreAssertQ failure: " #condition); \
-        if (!(condition)) DebugStr(sFailure.mBytes);                                 \
+#define MoreAssertAs(name, condition, text)                              \
+    do {                                                                 \
+        static constexpr PascalLiteral sFailure(name " failure: " text); \
+        if (!(condition)) DebugStr(sFailure.mBytes);                     \
     } while (false)
+
+#define MoreAssertQ(condition) MoreAssertAs("MoreAssertQ", condition, #condition)
+#define MoreAssert(condition) MoreAssertAs("MoreAssert", condition, #condition)

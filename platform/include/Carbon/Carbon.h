@@ -36,6 +36,7 @@
 #include <Carbon/OSUtils.h>
 #include <Carbon/Processes.h>
 #include <Carbon/Quickdraw.h>
+#include <Carbon/QuickdrawAPI.h>
 #include <Carbon/Resources.h>
 #include <Carbon/Script.h>
 #include <Carbon/StringCompare.h>
