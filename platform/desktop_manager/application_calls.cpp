@@ -2,7 +2,6 @@
 #include <Carbon/Files.h>
 
 #include "desktop_manager/open_databases.h"
-#include "desktop_manager/results.h"
 #include "file_manager/names.h"
 #include "file_manager/pathname.h"
 
@@ -18,7 +17,7 @@ OSErr Add(DTPBRec& ioBlock) {
             FindByPathname(ioObjects, inVolume, ioBlock.ioDirID, ioBlock.ioNamePtr, &object);
         if (error) return error;
         if (object.status.IsFolder() || object.spec.vRefNum != inVolume) return OSErr(fnfErr);
-        const auto row = RowOf(ioObjects, object, ioBlock.ioFileCreator);
+        const auto row = RowOf(object, ioBlock.ioFileCreator);
         return ioDatabase.Add(row) ? OSErr(noErr) : OSErr(ioErr);
     });
 }
@@ -60,13 +59,13 @@ OSErr Get(DTPBRec& ioBlock) {
 }  // namespace carbon
 
 OSErr PBDTAddAPPLSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Add);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Add);
 }
 
 OSErr PBDTRemoveAPPLSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Remove);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Remove);
 }
 
 OSErr PBDTGetAPPLSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Get);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Get);
 }

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "desktop_manager/open_databases.h"
-#include "desktop_manager/results.h"
 #include "file_manager/metadata.h"
 #include "file_manager/pathname.h"
 
@@ -68,13 +67,13 @@ OSErr Remove(DTPBRec& ioBlock) {
 }  // namespace carbon
 
 OSErr PBDTSetCommentSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Set);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Set);
 }
 
 OSErr PBDTGetCommentSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Get);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Get);
 }
 
 OSErr PBDTRemoveCommentSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Remove);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Remove);
 }

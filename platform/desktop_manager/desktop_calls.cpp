@@ -3,7 +3,6 @@
 #include <sys/stat.h>
 
 #include "desktop_manager/open_databases.h"
-#include "desktop_manager/results.h"
 #include "file_manager/catalog.h"
 #include "file_manager/names.h"
 
@@ -64,34 +63,34 @@ OSErr GetInfo(DTPBRec& ioBlock) {
 }  // namespace carbon
 
 OSErr PBDTGetPath(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock,
-                                     [](DTPBRec& ioBlock) { return carbon::Open(ioBlock, false); });
+    return carbon::PerformOnDesktop(paramBlock,
+                                    [](DTPBRec& ioBlock) { return carbon::Open(ioBlock, false); });
 }
 
 OSErr PBDTOpenInform(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock,
-                                     [](DTPBRec& ioBlock) { return carbon::Open(ioBlock, true); });
+    return carbon::PerformOnDesktop(paramBlock,
+                                    [](DTPBRec& ioBlock) { return carbon::Open(ioBlock, true); });
 }
 
 OSErr PBDTCloseDown(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(
+    return carbon::PerformOnDesktop(
         paramBlock, [](DTPBRec& ioBlock) { return carbon::CloseDesktop(ioBlock.ioDTRefNum); });
 }
 
 OSErr PBDTGetInfoSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::GetInfo);
+    return carbon::PerformOnDesktop(paramBlock, carbon::GetInfo);
 }
 
 OSErr PBDTFlushSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Flush);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Flush);
 }
 
 OSErr PBDTResetSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Reset);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Reset);
 }
 
 OSErr PBDTDeleteSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, [](DTPBRec& ioBlock) {
+    return carbon::PerformOnDesktop(paramBlock, [](DTPBRec& ioBlock) {
         return carbon::DeleteDesktop(ioBlock.ioNamePtr, ioBlock.ioVRefNum);
     });
 }

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "desktop_manager/open_databases.h"
-#include "desktop_manager/results.h"
 
 namespace carbon {
 
@@ -60,13 +59,13 @@ OSErr GetInfo(DTPBRec& ioBlock) {
 }  // namespace carbon
 
 OSErr PBDTAddIconSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Add);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Add);
 }
 
 OSErr PBDTGetIconSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::Get);
+    return carbon::PerformOnDesktop(paramBlock, carbon::Get);
 }
 
 OSErr PBDTGetIconInfoSync(DTPBPtr paramBlock) {
-    return carbon::FinishDesktopCall(paramBlock, carbon::GetInfo);
+    return carbon::PerformOnDesktop(paramBlock, carbon::GetInfo);
 }

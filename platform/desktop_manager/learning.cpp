@@ -2,11 +2,12 @@
 #include "desktop_manager/learning.h"
 
 #include <Carbon/MacErrors.h>
-#include <time.h>
 
 #include <cstring>
 
 #include "file_manager/catalog_info.h"
+#include "file_manager/classic_dates.h"
+#include "file_manager/finder_info.h"
 #include "file_manager/folder_listing.h"
 #include "file_manager/metadata.h"
 #include "file_manager/names.h"
@@ -18,13 +19,6 @@ namespace carbon {
 namespace {
 
 constexpr OSType kApplicationType = 'APPL';
-constexpr SInt64 kUnixEpoch = 2082844800;  // seconds from 1904 to 1970
-
-UInt32 LocalDate(UInt32 inSeconds) {
-    const time_t moment = time_t(inSeconds) - time_t(kUnixEpoch);
-    tm local;
-    return localtime_r(&moment, &local) ? UInt32(SInt64(inSeconds) + local.tm_gmtoff) : inSeconds;
-}
 
 void AddBundles(std::vector<LearnedProgram>* ioPrograms) {
     const auto applications = KnownApplications();
@@ -70,12 +64,10 @@ std::vector<LearnedProgram> ProgramsToLearn() {
     return programs;
 }
 
-DesktopApplication RowOf(Objects& ioObjects, const Object& inObject, OSType inCreator) {
-    FSCatalogInfo info{};
-    const OSErr error = GetCatalogInfo(ioObjects, inObject, kFSCatInfoCreateDate, &info);
-    const UInt32 created = error == noErr ? LocalDate(info.createDate.lowSeconds) : 0;
-    return {inCreator, inObject.spec.parID, std::string(TextOfPascal(inObject.spec.name)), created,
-            false};
+DesktopApplication RowOf(const Object& inObject, OSType inCreator) {
+    const SInt64 created = CreationTimeOf(inObject.status, MetadataOf(inObject).facts);
+    return {inCreator, inObject.spec.parID, std::string(TextOfPascal(inObject.spec.name)),
+            ClassicDate(created), false};
 }
 
 bool Learn(Objects& ioObjects, FSVolumeRefNum inVolume,
@@ -87,7 +79,7 @@ bool Learn(Objects& ioObjects, FSVolumeRefNum inVolume,
         Object object;
         if (ioObjects.FindByPath(program.path, &object) != noErr) continue;
         if (object.spec.vRefNum != inVolume || object.status.IsFolder()) continue;
-        DesktopApplication row = RowOf(ioObjects, object, program.creator);
+        DesktopApplication row = RowOf(object, program.creator);
         row.isLearned = true;
         if (!ioDatabase.Add(row)) return false;
     }

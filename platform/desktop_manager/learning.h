@@ -20,6 +20,6 @@ bool Learn(Objects& ioObjects, FSVolumeRefNum inVolume,
            const std::vector<LearnedProgram>& inPrograms, DesktopDatabase& ioDatabase);
 
 // The row of an existing object.
-DesktopApplication RowOf(Objects& ioObjects, const Object& inObject, OSType inCreator);
+DesktopApplication RowOf(const Object& inObject, OSType inCreator);
 
 }  // namespace carbon

@@ -7,8 +7,8 @@
 #include <map>
 
 #include "file_manager/before_fork.h"
-#include "file_manager/names.h"
-#include "file_manager/pathname.h"
+#include "file_manager/capabilities.h"
+#include "file_manager/volume_selection.h"
 
 namespace carbon {
 
@@ -34,17 +34,14 @@ OpenDesktops& Desktops() {
     return sDesktops;
 }
 
-OSErr FindDesktopVolume(Objects& ioObjects, ConstStr255Param inName, FSVolumeRefNum inVolume,
-                        Volume* outVolume) {
-    const auto name = inName ? TextOfPascal(inName) : std::string_view();
-    const Volume* volume = VolumeInPathname(ioObjects, name);
-    if (!volume) {
-        if (inVolume == 0) inVolume = CurrentDirectory(ioObjects).volume;
-        volume = ioObjects.AllFolders().FindVolume(inVolume);
-    }
+// Linux: the database of a volume that may not be written is as good as any, since it lies
+// elsewhere.
+OSErr FindNamed(Objects& ioObjects, ConstStr255Param inName, FSVolumeRefNum inVolume,
+                Volume* outVolume) {
+    const Volume* volume = VolumeByName(ioObjects, inName, inVolume);
     if (!volume) return nsvErr;
     *outVolume = *volume;
-    return noErr;
+    return Lacks(*volume, kPlatformMountNoDesktopManager) ? OSErr(extFSErr) : OSErr(noErr);
 }
 
 OSErr VolumeOfNumber(Objects& ioObjects, SInt16 inNumber, Volume* outVolume) {
@@ -129,7 +126,7 @@ OSErr OpenDesktop(ConstStr255Param inName, FSVolumeRefNum inVolume, SInt16* outN
     *outNumber = 0;
     const auto programs = ProgramsToLearn();
     const auto find = [&](Objects& ioObjects, Volume* outVolume) {
-        return FindDesktopVolume(ioObjects, inName, inVolume, outVolume);
+        return FindNamed(ioObjects, inName, inVolume, outVolume);
     };
     bool wasNew = false;
     const auto work = [&](Objects& ioObjects, FSVolumeRefNum inFound, DesktopDatabase& ioDatabase) {
@@ -157,7 +154,7 @@ OSErr CloseDesktop(SInt16 inNumber) {
 OSErr DeleteDesktop(ConstStr255Param inName, FSVolumeRefNum inVolume) {
     const Catalog catalog;
     Volume volume;
-    const OSErr error = FindDesktopVolume(*catalog, inName, inVolume, &volume);
+    const OSErr error = FindNamed(*catalog, inName, inVolume, &volume);
     if (error) return error;
     for (const auto open : Desktops().volumes) {
         if (open == volume.number) return fBsyErr;

@@ -1,11 +1,14 @@
 // The desktop databases that this process has open, and their numbers.
 #pragma once
 
+#include <Carbon/MacErrors.h>
+
 #include <functional>
 
 #include "desktop_manager/desktop_database.h"
 #include "desktop_manager/learning.h"
 #include "file_manager/objects.h"
+#include "file_manager/parameter_block.h"
 
 namespace carbon {
 
@@ -27,6 +30,12 @@ OSErr DeleteDesktop(ConstStr255Param inName, FSVolumeRefNum inVolume);
 // Runs `inWork` on an open database; once more on a new one if the first is damaged. rfNumErr,
 // nsvErr when the volume is gone, desktopDamagedErr.
 OSErr WithDesktop(SInt16 inNumber, const DesktopWork& inWork);
+
+// Runs one call on its record, which may be null, and leaves its result there.
+template <typename Call>
+OSErr PerformOnDesktop(DTPBPtr ioBlock, Call inCall) {
+    return ioBlock ? Perform(ioBlock, inCall) : OSErr(paramErr);
+}
 
 // Where the database of a volume lies; empty when nowhere.
 std::string DesktopPath(const Volume& inVolume);

@@ -167,10 +167,21 @@ bool Statement::Run() {
     return mResult == SQLITE_DONE;
 }
 
-std::string Statement::Bytes(int inColumn) const {
+Statement& Statement::Reset() {
+    sqlite3_reset(mStatement);
+    if (mStatement) mResult = SQLITE_OK;
+    mBound = 0;
+    return *this;
+}
+
+std::string_view Statement::View(int inColumn) const {
     const auto* bytes = static_cast<const char*>(sqlite3_column_blob(mStatement, inColumn));
     const auto length = sqlite3_column_bytes(mStatement, inColumn);
-    return bytes ? std::string(bytes, size_t(length)) : std::string();
+    return bytes ? std::string_view(bytes, size_t(length)) : std::string_view();
+}
+
+std::string Statement::Bytes(int inColumn) const {
+    return std::string(View(inColumn));
 }
 
 }  // namespace carbon

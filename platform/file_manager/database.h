@@ -49,8 +49,8 @@ class Database {
     bool mIsSuccessor = false;
 };
 
-// One run of one statement. A failure ends the rows as their natural end does; Run tells them
-// apart.
+// One run of one statement at a time. A failure ends the rows as their natural end does; Run tells
+// them apart.
 class Statement {
   public:
     Statement(Database& inDatabase, const char* inSql);
@@ -61,9 +61,11 @@ class Statement {
     Statement& Bind(SInt64 inNumber);
     Statement& Bind(std::string_view inBytes);  // copied
     bool NextRow();
-    bool Run();  // to its end; true when nothing failed
+    bool Run();          // to its end; true when nothing failed
+    Statement& Reset();  // for another run, with other values
     SInt64 Integer(int inColumn) const { return sqlite3_column_int64(mStatement, inColumn); }
     std::string Bytes(int inColumn) const;
+    std::string_view View(int inColumn) const;  // until the next row
 
   private:
     Database& mDatabase;

@@ -6,6 +6,7 @@
 //   create, delete, lock VOLUME PARENT HEX           each prints the error
 //   rename VOLUME PARENT HEX NAME
 //   move VOLUME PARENT HEX FOLDER
+//   search VOLUME CREATOR       prints the result and the names of a catalog search for files
 //   allocate FOLDER         makes folders below FOLDER and asks for their numbers until killed,
 //                           printing "number path" for each
 #include <Carbon/Carbon.h>
@@ -77,15 +78,40 @@ int PrintAlias(const char* inFile) {
     return 0;
 }
 
+OSType CodeOf(const char* inText) {
+    OSType code = 0;
+    for (int i = 0; i < 4; ++i) code = code << 8 | UInt8(inText[i]);
+    return code;
+}
+
+int PrintMatches(const char* inVolume, const char* inCreator) {
+    FSSpec matches[100];
+    CInfoPBRec values{}, masks{};
+    values.hFileInfo.ioFlFndrInfo.fdCreator = CodeOf(inCreator);
+    masks.hFileInfo.ioFlFndrInfo.fdCreator = 0xFFFFFFFF;
+    masks.hFileInfo.ioFlAttrib = kioFlAttribDirMask;
+    CSParam block{};
+    block.ioVRefNum = FSVolumeRefNum(std::atoi(inVolume));
+    block.ioMatchPtr = matches;
+    block.ioReqMatchCount = 100;
+    block.ioSearchBits = fsSBFlFndrInfo | fsSBFlAttrib;
+    block.ioSearchInfo1 = &values;
+    block.ioSearchInfo2 = &masks;
+    std::printf("%d", int(PBCatSearchSync(&block)));
+    for (SInt32 i = 0; i < block.ioActMatchCount; ++i) {
+        std::printf(" %.*s", int(matches[i].name[0]), reinterpret_cast<char*>(matches[i].name) + 1);
+    }
+    std::printf("\n");
+    return 0;
+}
+
 int PrintApplication(const char* inVolume, const char* inCreator) {
     DTPBRec block{};
     Str255 name = "";
     block.ioVRefNum = FSVolumeRefNum(std::atoi(inVolume));
     OSErr error = PBDTGetPath(&block);
     block.ioNamePtr = name;
-    for (int i = 0; i < 4; ++i) {
-        block.ioFileCreator = block.ioFileCreator << 8 | UInt8(inCreator[i]);
-    }
+    block.ioFileCreator = CodeOf(inCreator);
     if (error == noErr) error = PBDTGetAPPLSync(&block);
     std::printf("%d %.*s\n", int(error), int(name[0]), reinterpret_cast<char*>(name) + 1);
     return 0;
@@ -137,6 +163,7 @@ int main(int inCount, char** inArguments) {
     if (command == "application" && inCount == 4) {
         return PrintApplication(inArguments[2], inArguments[3]);
     }
+    if (command == "search" && inCount == 4) return PrintMatches(inArguments[2], inArguments[3]);
     if (command == "allocate") return AllocateForEver(inArguments[2]);
     if (inCount >= 5) return PrintChange(command, MakeSpec(inArguments + 2), inArguments[5]);
     return 2;

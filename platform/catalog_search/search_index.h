@@ -1,0 +1,73 @@
+// The folders of one volume as the index knows them, and keeping them true.
+#pragma once
+
+#include <optional>
+#include <set>
+
+#include "catalog_search/folder_reader.h"
+#include "catalog_search/search_store.h"
+#include "file_manager/volume_registry.h"
+#include "posix/deadline.h"
+
+namespace carbon {
+
+enum class Refreshed {
+    kDone,
+    kTimeOver,  // what was done so far is kept, and it is never nothing
+    kFailed     // the file cannot be written, or is damaged
+};
+
+class SearchIndex {
+  public:
+    // Null when there is no place for its file.
+    static std::unique_ptr<SearchIndex> Open(const Volume& inVolume);
+
+    // Compares every folder with the disk and reads again what has changed. `inOthers` are the
+    // roots of other volumes, which belong to those.
+    Refreshed Refresh(const Volume& inVolume, const std::set<std::string>& inOthers,
+                      Moment inDeadline);
+    // Whether so little time has passed since the last comparison that another one would take
+    // longer than all the rest.
+    bool IsFresh() const;
+
+    UInt32 Generation() const { return mGeneration; }
+    const std::vector<SearchFolder>& AllFolders() const { return mFolders; }
+    const std::string& EntriesOf(const SearchFolder& inFolder) {
+        return mStore->Entries(inFolder.row);
+    }
+    std::string PathOf(const SearchFolder& inFolder) const;
+    SearchStore& Store() { return *mStore; }
+
+  private:
+    using Places = std::vector<UInt32>;  // of folders in the list
+
+    explicit SearchIndex(std::unique_ptr<SearchStore> inStore) : mStore(std::move(inStore)) {}
+
+    bool LoadIfStale();
+    bool FindChanged(const std::set<std::string>& inOthers, Moment inDeadline);
+    void Compare(UInt32 inPlace, const std::set<std::string>& inOthers);
+    bool IsChanged(SearchFolder& ioFolder, const std::string& inPath);
+    bool ReadSome(Moment inDeadline, const std::set<std::string>& inOthers);
+    bool ReadOne(UInt32 inPlace);
+    bool Store(UInt32 inPlace, const FolderContents& inContents);
+    bool UpdateChildren(UInt32 inPlace, const std::vector<std::string>& inNames);
+    Places ChildrenOf(UInt32 inPlace);
+    bool RemoveTree(UInt32 inPlace);
+    bool CommitGeneration();
+
+    std::unique_ptr<SearchStore> mStore;
+    std::string mRoot;
+    UInt64 mDevice = 0;
+    std::vector<SearchFolder> mFolders;
+    UInt32 mNext = 0;  // the folder that is compared next; a comparison may be cut short
+    Places mPending;   // folders to be read
+    // Parent and child, of the folders that were there when this comparison began.
+    std::optional<std::vector<std::pair<UInt32, UInt32>>> mChildren;
+    SInt64 mVersion = -1;  // of the file, when it was loaded
+    UInt32 mGeneration = 0;
+    bool mHasChanged = false;  // since the generation was counted
+    Moment mCompared{};
+    Clock::duration mEffort{};  // of the last comparison that was made at one stroke
+};
+
+}  // namespace carbon
