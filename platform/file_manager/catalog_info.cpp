@@ -49,16 +49,9 @@ bool MayUser(const std::string& inPath, int inMode) {
     return faccessat(AT_FDCWD, inPath.c_str(), inMode, AT_EACCESS) == 0;
 }
 
-// Read 4, write 2, execute or search 1, as in a mode. A link's own say nothing and grant all.
-UInt8 AccessOf(const Object& inObject) {
-    if (inObject.status.IsLink()) return 7;
-    return UInt8((MayUser(inObject.path, R_OK) ? 4 : 0) | (MayUser(inObject.path, W_OK) ? 2 : 0) |
-                 (MayUser(inObject.path, X_OK) ? 1 : 0));
-}
-
 // User, group, then a zero byte, a byte for the user's access, and 16 bits for the mode.
 void PutPermissions(const Object& inObject, UInt32* outPermissions) {
-    const UInt8 access[2] = {0, AccessOf(inObject)};
+    const UInt8 access[2] = {0, UserAccessTo(inObject)};
     const UInt16 mode = UInt16(inObject.status.mode);
     outPermissions[0] = inObject.status.user;
     outPermissions[1] = inObject.status.group;
@@ -123,9 +116,15 @@ SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFa
     return birth > 0 ? birth / kNanoseconds : inStatus.modified.tv_sec;
 }
 
+UInt8 UserAccessTo(const Object& inObject) {
+    if (inObject.status.IsLink()) return 7;
+    return UInt8((MayUser(inObject.path, R_OK) ? 4 : 0) | (MayUser(inObject.path, W_OK) ? 2 : 0) |
+                 (MayUser(inObject.path, X_OK) ? 1 : 0));
+}
+
 UInt8 PrivilegesOf(const Object& inObject) {
     if (!inObject.status.IsFolder()) return 0;
-    const UInt8 access = AccessOf(inObject);
+    const UInt8 access = UserAccessTo(inObject);
     UInt8 forbidden = 0;
     if ((access & 5) != 5) forbidden |= 0x03;
     if (!(access & 2)) forbidden |= 0x04;

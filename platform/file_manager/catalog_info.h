@@ -18,6 +18,9 @@ UInt32 NodeIDOf(Objects& ioObjects, const Object& inObject);
 // oldest one known.
 SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFacts);
 
+// Read 4, write 2, execute or search 1, as in a mode. A link's own say nothing and grant all.
+UInt8 UserAccessTo(const Object& inObject);
+
 // What the user may not do in a folder: bit 0 see folders, 1 see files, 2 make changes; bit 7 when
 // the user is not its owner. 0 for a file.
 UInt8 PrivilegesOf(const Object& inObject);

@@ -92,6 +92,13 @@ std::vector<NumberedFork> OpenPathsTo(dev_t inDevice, ino_t inInode, Fork inFork
     return forks;
 }
 
+bool HasOpenForks(FSVolumeRefNum inVolume) {
+    const auto forks = OpenForksInOrder();
+    return std::any_of(forks.begin(), forks.end(), [&](const auto& inFork) {
+        return inFork.fork->GetFacts().spec.vRefNum == inVolume;
+    });
+}
+
 UInt8 OpenForkAttributes(dev_t inDevice, ino_t inInode) {
     UInt8 attributes = 0;
     Table& table = TheTable();

@@ -22,6 +22,9 @@ std::vector<NumberedFork> OpenForksInOrder();
 // This process's paths to one fork.
 std::vector<NumberedFork> OpenPathsTo(dev_t inDevice, ino_t inInode, Fork inFork);
 
+// Whether this process has a fork on a volume open.
+bool HasOpenForks(FSVolumeRefNum inVolume);
+
 // What ioFlAttrib tells of a file's forks, as far as this process has them open.
 UInt8 OpenForkAttributes(dev_t inDevice, ino_t inInode);
 

@@ -20,27 +20,6 @@ bool IsSame(const Volume& inVolume, const ObjectStatus& inStatus, const IdRecord
     return Folders::KeptIdentity(inVolume, inStatus.identity).IsSameAs(inRecord.identity);
 }
 
-// A file that was replaced under its own name keeps its number.
-OSErr FollowRecord(Folders& ioFolders, const Volume& inVolume, const Folder& inFolder,
-                   IdRecord inRecord, Entry* outEntry) {
-    outEntry->diskName = inRecord.name;
-    const OSErr error = StatusIn(inFolder, outEntry);
-    if (error == noErr && IsSame(inVolume, outEntry->status, inRecord)) return noErr;
-    const bool isReplaced = error == noErr && !inRecord.isFolder && !outEntry->status.IsFolder();
-    if (!isReplaced) {
-        const auto name =
-            NameOfInode(inFolder.path, inRecord.identity.inode, [&](const auto& inPath) {
-                return StatusOfObject(inPath, &outEntry->status) == noErr &&
-                       IsSame(inVolume, outEntry->status, inRecord);
-            });
-        if (!name) return fnfErr;
-        outEntry->diskName = inRecord.name = *name;
-    }
-    inRecord.identity = Folders::KeptIdentity(inVolume, outEntry->status.identity);
-    ioFolders.TableOf(inVolume).Correct(inRecord);
-    return noErr;
-}
-
 bool HasPlainName(const std::string& inDiskName) {
     const auto plain = SpecNameOf(inDiskName);
     return plain && DiskNameOf(*plain) == inDiskName;
@@ -112,11 +91,32 @@ OSErr FindEntry(Folders& ioFolders, const Folder& inFolder, std::string_view inS
         if (!volume) return nsvErr;
         const auto record = RecordInName(ioFolders, *volume, inFolder, inSpecName);
         if (record &&
-            FollowRecord(ioFolders, Volume(*volume), inFolder, *record, outEntry) == noErr) {
+            FollowRecordIn(ioFolders, Volume(*volume), inFolder, *record, outEntry) == noErr) {
             return noErr;
         }
     }
     return FindBySpelling(inFolder, inSpecName, outEntry);
+}
+
+// A file that was replaced under its own name keeps its number.
+OSErr FollowRecordIn(Folders& ioFolders, const Volume& inVolume, const Folder& inFolder,
+                     IdRecord inRecord, Entry* outEntry) {
+    outEntry->diskName = inRecord.name;
+    const OSErr error = StatusIn(inFolder, outEntry);
+    if (error == noErr && IsSame(inVolume, outEntry->status, inRecord)) return noErr;
+    const bool isReplaced = error == noErr && !inRecord.isFolder && !outEntry->status.IsFolder();
+    if (!isReplaced) {
+        const auto name =
+            NameOfInode(inFolder.path, inRecord.identity.inode, [&](const auto& inPath) {
+                return StatusOfObject(inPath, &outEntry->status) == noErr &&
+                       IsSame(inVolume, outEntry->status, inRecord);
+            });
+        if (!name) return fnfErr;
+        outEntry->diskName = inRecord.name = *name;
+    }
+    inRecord.identity = Folders::KeptIdentity(inVolume, outEntry->status.identity);
+    ioFolders.TableOf(inVolume).Correct(inRecord);
+    return noErr;
 }
 
 OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, Entry* outEntry) {

@@ -20,8 +20,13 @@ struct Entry {
 OSErr FindEntry(Folders& ioFolders, const Folder& inFolder, std::string_view inSpecName,
                 Entry* outEntry);
 
-// The same for a name in UTF-8 as long as the disk allows. Where none is exact, one that differs in
-// the form of its accents or in case counts.
+// The entry of this folder that a file's or folder's record means, also after a renaming; the
+// record is corrected then. fnfErr when it is not here.
+OSErr FollowRecordIn(Folders& ioFolders, const Volume& inVolume, const Folder& inFolder,
+                     IdRecord inRecord, Entry* outEntry);
+
+// As FindEntry, for a name in UTF-8 as long as the disk allows. Where none is exact, one that
+// differs in the form of its accents or in case counts.
 OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, Entry* outEntry);
 
 // The name that leads FindEntry to this entry and to no other one.

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "file_manager/capabilities.h"
+#include "file_manager/fork_table.h"
 #include "file_manager/names.h"
 #include "file_manager/parameter_block.h"
 #include "file_manager/volume_selection.h"
@@ -20,6 +21,7 @@ OSErr Unmount(ConstStr255Param inName, FSVolumeRefNum inNumber) {
     const Catalog catalog;
     const Volume* volume = VolumeByName(*catalog, inName, inNumber);
     if (!volume) return nsvErr;
+    if (HasOpenForks(volume->number)) return fBsyErr;
     return catalog->AllFolders().Registry().UnmountFolder(volume->number);
 }
 

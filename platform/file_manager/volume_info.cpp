@@ -10,6 +10,7 @@
 #include "file_manager/catalog_info.h"
 #include "file_manager/classic_dates.h"
 #include "file_manager/finder_info.h"
+#include "file_manager/fork_table.h"
 #include "file_manager/names.h"
 #include "file_manager/parameter_block.h"
 #include "file_manager/pathname.h"
@@ -60,6 +61,7 @@ SInt16 FlagsOf(Objects& ioObjects, const Volume& inVolume) {
     if (inVolume.isReadOnly) flags |= kioVAtrbHardwareLockedMask;
     if (inVolume.options & kPlatformMountSoftwareLocked) flags |= kioVAtrbSoftwareLockedMask;
     if (CurrentDirectory(ioObjects).volume == inVolume.number) flags |= kioVAtrbDefaultVolumeMask;
+    if (HasOpenForks(inVolume.number)) flags |= kioVAtrbFilesOpenMask;
     return SInt16(flags);
 }
 
