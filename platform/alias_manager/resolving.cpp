@@ -181,6 +181,7 @@ void SearchOneVolume(Search& ioSearch, const Object* inFrom, UInt32 inRules, siz
     const bool isFast = inRules & (kARMSearch | kARMSearchMore);
     tryOne(isRelative && (inRules & kARMSearchRelFirst), byWay);
     tryOne(isFast && (inRules & kARMTryFileIDFirst), byNumber);
+    // Kept: what was put in the recorded place wins over the object that was moved away.
     tryOne(isFast, [&](Object* outObject) { return ioSearch.ByPath(outObject); });
     tryOne(isFast, byNumber);
     tryOne(isFast, [&](Object* outObject) { return ioSearch.ByParent(outObject); });

@@ -187,6 +187,7 @@ bool SearchCriteria::MatchesAll(LiveObject& ioObject) const {
 }
 
 bool SearchCriteria::Matches(LiveObject& ioObject) const {
+    // Kept: a search for files alone, negated, finds every folder.
     return MatchesAll(ioObject) != mIsNegated;
 }
 

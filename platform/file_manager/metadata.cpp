@@ -3,6 +3,7 @@
 
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstring>
@@ -35,6 +36,14 @@ Metadata MetadataIn(const Companion& inCompanion, bool inIsFolder) {
     return metadata;
 }
 
+// Whoever remembers what is in a folder looks at its times. Its modification date stays.
+void MarkChanged(const std::string& inFolder) {
+    struct stat facts;
+    if (stat(inFolder.c_str(), &facts) != 0) return;
+    const timespec times[2] = {facts.st_atim, {0, UTIME_OMIT}};
+    utimensat(AT_FDCWD, inFolder.c_str(), times, 0);
+}
+
 // One write within a page, which the kernel ends even for a process that is being killed.
 OSErr ChangeInPlace(const MetadataOwner& inOwner, const AppleDoubleDocument& inBefore,
                     const AppleDoubleDocument& inAfter) {
@@ -55,6 +64,7 @@ OSErr ChangeInPlace(const MetadataOwner& inOwner, const AppleDoubleDocument& inB
         return fBsyErr;
     const auto count = pwrite(file.Get(), &*first, length, off_t(start));
     if (count < 0) return CompanionError(errno);
+    MarkChanged(ParentOfPath(inOwner.Companion()));
     return size_t(count) == length ? OSErr(noErr) : OSErr(ioErr);
 }
 

@@ -67,7 +67,7 @@ TEST_F(Aliases, LookForTheNumberFirstWhenAsked) {
     EXPECT_EQ(Resolved(alias, nullptr, kARMTryFileIDFirst), Path("disk/folder/old"));
 }
 
-TEST_F(Aliases, PreferWhatWasPutInTheRecordedPlace) {
+TEST_F(Aliases, KeepPreferringWhatWasPutInTheRecordedPlace) {
     Alias alias;
     MakeAlias(mFile, alias);
     Move("disk/folder/file", "disk/folder/old");

@@ -130,6 +130,35 @@ TEST_F(ContinuedSearch, SeesNewFinderInformation) {
     EXPECT_EQ(Search(mVolume).OnlyFiles().Signature('Mine', 0).Names(), (Strings{"file"}));
 }
 
+TEST_F(ContinuedSearch, SeesFinderInformationThatChangesUnderAnOpenFork) {
+    const auto path = Write("disk/file");
+    Sign(path, 'ttxt', 'TEXT');
+    const FSSpec spec = SpecOf(path);
+    int ready[2], done[2];
+    ASSERT_EQ(pipe(ready) | pipe(done), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        SInt16 file = 0;
+        SInt32 count = 5;
+        const bool isOpen =
+            FSpOpenRF(&spec, fsRdWrPerm, &file) == noErr && FSWrite(file, &count, "12345") == noErr;
+        char byte = char(isOpen);
+        const bool isTold = write(ready[1], &byte, 1) == 1 && read(done[0], &byte, 1) == 1;
+        _exit(isTold && isOpen ? 0 : 1);
+    }
+    char byte = 0;
+    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    EXPECT_EQ(byte, 1);
+    WaitForATick();
+    EXPECT_EQ(Search(mVolume).OnlyFiles().Signature('ttxt', 0).Names(), (Strings{"file"}));
+    Sign(path, 'Mine', 'TEXT');
+    EXPECT_EQ(Search(mVolume).OnlyFiles().Signature('Mine', 0).Names(), (Strings{"file"}));
+    ASSERT_EQ(write(done[1], &byte, 1), 1);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
+
 TEST_F(ContinuedSearch, KeepsItsIndexAndItsTruthFromProcessToProcess) {
     Sign(Write("disk/one"), 'ttxt', 'TEXT');
     const auto ask = [&] { return Ask("search " + std::to_string(mVolume) + " ttxt"); };

@@ -186,11 +186,10 @@ TEST_F(CatalogSearch, WantsAllCriteriaToHold) {
         (Strings{"a report"}));
 }
 
-TEST_F(CatalogSearch, NegatesTheWholeAnswer) {
+TEST_F(CatalogSearch, KeepsFindingTheOtherKindWhenNegated) {
     Sign(Write("disk/text"), 'ttxt', 'TEXT');
     Write("disk/plain");
     MakeFolder("disk/folder");
-    // Kept: a folder is no file with this signature, so a search negated finds it.
     EXPECT_EQ(Search(mVolume, fsSBNegate).OnlyFiles().Signature('ttxt', 0).Names(),
               (Strings{"plain", "folder", "Disk"}));
     EXPECT_EQ(Search(mVolume, fsSBPartialName | fsSBNegate).Name("l").Names(),
@@ -248,6 +247,16 @@ TEST_F(CatalogSearch, NeedsNoMasksForNames) {
     Search search(mVolume, fsSBPartialName);
     search.Name("file").block.ioSearchInfo2 = nullptr;
     EXPECT_EQ(search.Names(), (Strings{"file"}));
+}
+
+TEST_F(CatalogSearch, IsRefusedWhereTheVolumeHasNone) {
+    FSVolumeRefNum volume = 0;
+    ASSERT_EQ(PlatformMountFolderWithOptions(MakeFolder("without").c_str(), nullptr,
+                                             kPlatformMountNoCatalogSearch, &volume),
+              noErr);
+    Search search(volume);
+    EXPECT_EQ(search.Run(), paramErr);
+    PlatformUnmountFolder(volume);
 }
 
 TEST_F(CatalogSearch, TakesTheVolumeByNameToo) {

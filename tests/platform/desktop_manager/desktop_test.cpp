@@ -138,6 +138,20 @@ TEST_F(DesktopManager, GivesNoNumberForAVolumeThatIsNotThere) {
     EXPECT_EQ(PBDTGetPath(nullptr), paramErr);
 }
 
+TEST_F(DesktopManager, GivesNoNumberForAVolumeWithoutADatabase) {
+    FSVolumeRefNum volume = 0;
+    ASSERT_EQ(PlatformMountFolderWithOptions(MakeFolder("without").c_str(), nullptr,
+                                             kPlatformMountNoDesktopManager, &volume),
+              noErr);
+    DTPBRec block{};
+    block.ioVRefNum = volume;
+    block.ioDTRefNum = 5;
+    EXPECT_EQ(PBDTGetPath(&block), extFSErr);
+    EXPECT_EQ(block.ioDTRefNum, 0);
+    EXPECT_EQ(PBDTOpenInform(&block), extFSErr);
+    PlatformUnmountFolder(volume);
+}
+
 TEST_F(DesktopManager, KnowsNoNumberButThatOfAnOpenDatabase) {
     const SInt16 number = mNumber;
     ASSERT_EQ(Close(), noErr);
