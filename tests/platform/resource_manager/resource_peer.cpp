@@ -1,5 +1,6 @@
 // Another process for the tests of resource files, one request a run.
 //   open PATH PERMISSION   prints number and error, then waits for the end of standard input
+//   data PATH PERMISSION   the same for the data fork, without waiting
 //   churn PATH             writes two resources that are always alike, again and again until
 //                          killed; prints a line once it has begun
 //   own ID                 prints the current file, then the program's own 'STR ' with that ID
@@ -25,6 +26,15 @@ int HoldOpen(const char* inPath, int inPermission) {
     std::fflush(stdout);
     char byte;
     while (read(STDIN_FILENO, &byte, 1) > 0) continue;
+    return 0;
+}
+
+int OpenData(const char* inPath, int inPermission) {
+    FSRef ref;
+    ResFileRefNum number = -2;
+    if (FSPathMakeRef(reinterpret_cast<const UInt8*>(inPath), &ref, nullptr) == noErr)
+        FSOpenResourceFile(&ref, 0, nullptr, SInt8(inPermission), &number);
+    std::printf("%d %d\n", number, ResError());
     return 0;
 }
 
@@ -59,6 +69,7 @@ int PrintOwn(int inID) {
 int main(int inCount, char** inWords) {
     const std::string word = inCount > 2 ? inWords[1] : "";
     if (word == "open" && inCount == 4) return HoldOpen(inWords[2], std::atoi(inWords[3]));
+    if (word == "data" && inCount == 4) return OpenData(inWords[2], std::atoi(inWords[3]));
     if (word == "churn") return Churn(inWords[2]);
     if (word == "own") return PrintOwn(std::atoi(inWords[2]));
     return 64;

@@ -106,6 +106,31 @@ TEST_F(Sharing, ForWhateverCanBeHadIsReadingWhileAnotherWrites) {
     EXPECT_EQ(GetResFileAttrs(number), mapReadOnly);
 }
 
+// The update puts another file into the place of the one that was opened.
+TEST_F(Sharing, ADataForkStaysItsWritersAfterAnUpdate) {
+    FSRef folder, ref;
+    ASSERT_EQ(RefOf(mFolder, &folder), noErr);
+    const auto* name = reinterpret_cast<const UniChar*>(u"data");
+    ASSERT_EQ(
+        FSCreateResourceFile(&folder, 4, name, kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
+        noErr);
+    ResFileRefNum number = -1;
+    ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdWrPerm, &number), noErr);
+    const auto opens = [&](const char* inPermission) {
+        return RunCommand({Program(), "data", Path("data"), inPermission}).output.substr(0, 3) !=
+               "-1 ";
+    };
+    for (ResID id = 1; id < 4; ++id) {
+        Add('TEXT', id, "text");
+        UpdateResFile(number);
+        EXPECT_EQ(ResError(), noErr);
+        EXPECT_FALSE(opens("3")) << id;
+        EXPECT_TRUE(opens("1")) << id;
+    }
+    CloseResFile(number);
+    EXPECT_TRUE(opens("3"));
+}
+
 TEST_F(Sharing, AReaderKeepsTheForkThatItOpened) {
     const FSSpec spec = FileWithTwins();
     const auto reader = Open(spec, fsRdPerm);
