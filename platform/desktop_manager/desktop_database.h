@@ -19,6 +19,8 @@ struct DesktopApplication {
     std::string name;    // as in a spec
     UInt32 created = 0;  // local time
     bool isLearned = false;
+
+    bool operator==(const DesktopApplication&) const = default;
 };
 
 struct DesktopIcon {

@@ -3,6 +3,7 @@
 
 #include <Carbon/MacErrors.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "file_manager/catalog_info.h"
@@ -70,18 +71,23 @@ DesktopApplication RowOf(const Object& inObject, OSType inCreator) {
             ClassicDate(created), false};
 }
 
+// Nothing is written when nothing has changed: databases are opened again and again.
 bool Learn(Objects& ioObjects, FSVolumeRefNum inVolume,
            const std::vector<LearnedProgram>& inPrograms, DesktopDatabase& ioDatabase) {
-    for (const auto& row : ioDatabase.All(true)) {
-        if (!IsThere(ioObjects, inVolume, row) && !ioDatabase.Remove(row)) return false;
+    const auto known = ioDatabase.All(false);
+    for (const auto& row : known) {
+        if (!row.isLearned || IsThere(ioObjects, inVolume, row)) continue;
+        if (!ioDatabase.Remove(row)) return false;
     }
     for (const auto& program : inPrograms) {
         Object object;
         if (ioObjects.FindByPath(program.path, &object) != noErr) continue;
         if (object.spec.vRefNum != inVolume || object.status.IsFolder()) continue;
         DesktopApplication row = RowOf(object, program.creator);
+        const auto isEntered = std::count(known.begin(), known.end(), row) != 0;
         row.isLearned = true;
-        if (!ioDatabase.Add(row)) return false;
+        const auto isLearned = std::count(known.begin(), known.end(), row) != 0;
+        if (!isEntered && !isLearned && !ioDatabase.Add(row)) return false;
     }
     return !ioDatabase.IsDamaged();
 }
