@@ -40,7 +40,8 @@ class TaskQueue {
     bool IsRunningElsewhere(const TMTask* inTask) const;
 
     const unsigned mForks;
-    const TaskQueue* const mParents;  // what a child was born with: kept, never used
+    // What a child was born with: kept, never used.
+    [[maybe_unused]] const TaskQueue* const mParents;
     std::mutex mMutex;
     std::condition_variable mChanged;
     std::condition_variable mFinished;
