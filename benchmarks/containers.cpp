@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <random>
 
-#include "peers/bench.h"
+#include "cpu_time.h"
 #include "vantor/containers/LArray.h"
 #include "vantor/containers/LComparator.h"
 #include "vantor/containers/TArray.h"
@@ -32,7 +32,7 @@ void Keep(const void* inPlace) {
 
 template <class Operation>
 void Time(const std::string& inName, double inSeconds, size_t inItems, Operation inOperation) {
-    emit(inName, median_time(inSeconds, 3, inOperation) / double(inItems), "ns/item");
+    emit(inName, MedianCpuTime(inSeconds, inOperation) / double(inItems), "ns/item");
 }
 
 std::vector<Item> Items() {
@@ -172,15 +172,7 @@ class BytesComparator : public LComparator {
 // Times only the sort; the copy is made outside.
 template <class Prepare, class Sort>
 void TimeSort(const std::string& inName, double inSeconds, Prepare inPrepare, Sort inSort) {
-    Samples samples(64);
-    const uint64_t start = now_ns();
-    while (samples.size() < 3 || double(now_ns() - start) < inSeconds * 1e9) {
-        auto items = inPrepare();
-        const uint64_t before = now_ns();
-        inSort(items);
-        samples.add(now_ns() - before);
-    }
-    emit(inName, samples.median_ns() / double(kCount), "ns/item");
+    emit(inName, MedianCpuTime(inSeconds, inPrepare, inSort) / double(kCount), "ns/item");
 }
 
 template <class T>

@@ -15,7 +15,7 @@
 
 #include <random>
 
-#include "peers/bench.h"
+#include "cpu_time.h"
 #include "vantor/strings/TCFString.h"
 
 using namespace bench;
@@ -77,7 +77,7 @@ struct Sets {
 // Calls an operation with each name and its neighbour.
 template <class Operation>
 void EachPair(const std::string& inName, double inSeconds, Operation inOperation) {
-    const double all = median_time(inSeconds, 5, [&] {
+    const double all = MedianCpuTime(inSeconds, [&] {
         for (size_t i = 0; i < kNames; ++i) inOperation(i, (i + 1) % kNames);
     });
     emit(inName, all / kNames, "ns");
@@ -85,7 +85,7 @@ void EachPair(const std::string& inName, double inSeconds, Operation inOperation
 
 template <class Operation>
 void Each(const std::string& inName, double inSeconds, Operation inOperation) {
-    emit(inName, median_time(inSeconds, 5, inOperation), "ns");
+    emit(inName, MedianCpuTime(inSeconds, inOperation), "ns");
 }
 
 void Compare(double inSeconds) {

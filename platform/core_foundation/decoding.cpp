@@ -16,9 +16,15 @@ constexpr UChar32 kByteOrderMark = 0xFEFF;
 
 using Text = std::optional<std::u16string>;
 
-Text DecodeBytewise(std::string_view inBytes, char16_t (*inDecode)(UInt8)) {
+Text DecodeRoman(std::string_view inBytes) {
     std::u16string text(inBytes.size(), u'\0');
-    for (size_t i = 0; i < inBytes.size(); ++i) text[i] = inDecode(static_cast<UInt8>(inBytes[i]));
+    DecodeMacRoman(inBytes, text.data());
+    return text;
+}
+
+Text DecodeLatin1(std::string_view inBytes) {
+    std::u16string text(inBytes.size(), u'\0');
+    for (size_t i = 0; i < inBytes.size(); ++i) text[i] = static_cast<UInt8>(inBytes[i]);
     return text;
 }
 
@@ -104,11 +110,11 @@ Text Decode(std::string_view inBytes, CFStringEncoding inEncoding, bool inIsExte
     const EncodingTraits traits = TraitsOf(inEncoding);
     switch (traits.form) {
         case EncodingForm::kMacRoman:
-            return DecodeBytewise(inBytes, UnicodeFromMacRoman);
+            return DecodeRoman(inBytes);
         case EncodingForm::kASCII:
             return DecodeASCII(inBytes);
         case EncodingForm::kLatin1:
-            return DecodeBytewise(inBytes, [](UInt8 byte) { return char16_t{byte}; });
+            return DecodeLatin1(inBytes);
         case EncodingForm::kUTF8:
             return DecodeUTF8(inBytes);
         case EncodingForm::kUTF16:

@@ -1,8 +1,10 @@
 // Text as bytes.
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
+#include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "core_foundation/character_sets.h"
@@ -54,6 +56,15 @@ class Output {
         mUsed += inBytes.size();
         return true;
     }
+    // As many of these units, all ASCII, as there is room for.
+    size_t PutAscii(std::u16string_view inUnits) {
+        const size_t count = mBytes ? std::min(inUnits.size(), mRoom - mUsed) : inUnits.size();
+        for (size_t i = 0; mBytes && i < count; ++i) {
+            mBytes[mUsed + i] = static_cast<UInt8>(inUnits[i]);
+        }
+        mUsed += count;
+        return count;
+    }
     size_t Used() const { return mUsed; }
 
   private:
@@ -85,9 +96,19 @@ std::optional<std::string> EncodeCluster(std::u16string_view inCluster,
                    : EncodeCharacters(Composed(inCluster), inEncoder, inLossByte);
 }
 
-// ASCII is itself in every encoding that has a loop of its own, unless a mark follows.
-bool IsPlainAscii(std::u16string_view inText, size_t inIndex) {
-    return inText[inIndex] < 0x80 && (inIndex + 1 == inText.size() || inText[inIndex + 1] < 0x300);
+// How many units from inIndex on are ASCII, which is itself in every encoding that has a loop of
+// its own; without the last one when a mark may follow it.
+size_t PlainAscii(std::u16string_view inText, size_t inIndex) {
+    size_t end = inIndex;
+    while (end < inText.size() && inText[end] < 0x80) ++end;
+    const bool mayBeMarked = end > inIndex && end < inText.size() && inText[end] >= 0x300;
+    return end - inIndex - (mayBeMarked ? 1 : 0);
+}
+
+// A character of one unit with nothing that belongs to it.
+bool IsAlone(std::u16string_view inText, size_t inIndex, bool inIsNarrow) {
+    const bool isMarked = inIndex + 1 < inText.size() && inText[inIndex + 1] >= 0x300;
+    return !U16_IS_SURROGATE(inText[inIndex]) && !(inIsNarrow && isMarked);
 }
 
 bool KeepsAscii(EncodingForm inForm) {
@@ -104,6 +125,11 @@ std::string Mark(const EncodingTraits& inTraits, const CharacterEncoder& inEncod
 // One step of Encode: the units it took, 0 at the end of what can be said.
 size_t EncodeNext(std::u16string_view inText, size_t inStart, const CharacterEncoder& inEncoder,
                   UInt8 inLossByte, Output* ioOutput) {
+    char piece[CharacterEncoder::kMostBytes];
+    if (IsAlone(inText, inStart, inEncoder.IsNarrow())) {
+        const size_t size = inEncoder.Encode(inText[inStart], piece);
+        if (size > 0) return ioOutput->Put({piece, size}) ? 1 : 0;
+    }
     size_t end = inStart;
     if (inEncoder.IsNarrow()) {
         end = EndOfCluster(inText, inStart);
@@ -115,6 +141,18 @@ size_t EncodeNext(std::u16string_view inText, size_t inStart, const CharacterEnc
     return bytes && ioOutput->Put(*bytes) ? end - inStart : 0;
 }
 
+// All of a text in UTF-8, unless it does not fit or has something that cannot be said.
+std::optional<EncodeResult> EncodeWholeUTF8(std::u16string_view inText, UInt8* outBytes,
+                                            size_t inRoom) {
+    UErrorCode error = U_ZERO_ERROR;
+    int32_t size = 0;
+    const auto room = static_cast<int32_t>(std::min(inRoom, kLongestString));
+    u_strToUTF8(reinterpret_cast<char*>(outBytes), room, &size, inText.data(),
+                static_cast<int32_t>(inText.size()), &error);
+    if (U_FAILURE(error)) return std::nullopt;
+    return EncodeResult{inText.size(), static_cast<size_t>(size)};
+}
+
 }  // namespace
 
 EncodeResult Encode(std::u16string_view inText, CFStringEncoding inEncoding, UInt8 inLossByte,
@@ -123,14 +161,17 @@ EncodeResult Encode(std::u16string_view inText, CFStringEncoding inEncoding, UIn
     const CharacterEncoder encoder(traits);
     Output output(outBytes, inRoom);
     if (traits.form == EncodingForm::kNone || !encoder.IsUsable()) return {};
+    if (traits.form == EncodingForm::kUTF8 && outBytes && !inIsExternal) {
+        if (const auto whole = EncodeWholeUTF8(inText, outBytes, inRoom)) return *whole;
+    }
     if (inIsExternal && !output.Put(Mark(traits, encoder))) return {};
     const bool keepsAscii = KeepsAscii(traits.form);
     size_t at = 0;
     while (at < inText.size()) {
-        if (keepsAscii && IsPlainAscii(inText, at)) {
-            const char byte = static_cast<char>(inText[at]);
-            if (!output.Put({&byte, 1})) break;
-            ++at;
+        if (const size_t plain = keepsAscii ? PlainAscii(inText, at) : 0) {
+            const size_t taken = output.PutAscii(inText.substr(at, plain));
+            at += taken;
+            if (taken < plain) break;
             continue;
         }
         const size_t taken = EncodeNext(inText, at, encoder, inLossByte, &output);

@@ -42,9 +42,13 @@ void Object::Retain() const {
     if (Count() != kImmortal) mCount.fetch_add(1, std::memory_order_relaxed);
 }
 
+// Only a table of living objects could hand out the last reference once more, and only bundles are
+// in one; any other object's single owner is alone with it.
 void Object::Release() const {
-    if (Count() == kImmortal) return;
-    if (mCount.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy();
+    const SInt32 count = mCount.load(std::memory_order_acquire);
+    if (count == kImmortal) return;
+    const bool isAlone = count == 1 && mKind != kBundleKind;
+    if (isAlone || mCount.fetch_sub(1, std::memory_order_acq_rel) == 1) Destroy();
 }
 
 bool Object::RetainIfAlive() const {

@@ -4,13 +4,23 @@
 #include "core_foundation/encodings.h"
 #include "core_foundation/internal.h"
 #include "core_foundation/string_object.h"
+#include "text_utilities/mac_roman.h"
 
 namespace carbon {
 
 namespace {
 
+// One unit a byte, and none that could be wrong.
+CFStringRef FromMacRoman(std::string_view inBytes) {
+    if (inBytes.empty()) return NewString({});
+    const UnwrittenString made = NewUnwritten(inBytes.size());
+    DecodeMacRoman(inBytes, made.units);
+    return made.string;
+}
+
 CFStringRef FromBytes(std::string_view inBytes, CFStringEncoding inEncoding, bool inIsExternal) {
     return OrNull([&]() -> CFStringRef {
+        if (inEncoding == kCFStringEncodingMacRoman) return FromMacRoman(inBytes);
         const auto text = Decode(inBytes, inEncoding, inIsExternal);
         return text ? NewString(*text) : nullptr;
     });
@@ -65,9 +75,11 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
 CFStringRef CFStringCreateWithCharacters(CFAllocatorRef, const UniChar* chars, CFIndex numChars) {
     if (numChars < 0) return nullptr;
     return OrNull([&] {
-        std::u16string text(static_cast<size_t>(numChars), u'\0');
-        if (numChars > 0) std::memcpy(text.data(), chars, text.size() * sizeof(UniChar));
-        return carbon::NewString(text);
+        if (numChars == 0) return carbon::NewString({});
+        const auto length = static_cast<size_t>(numChars);
+        const carbon::UnwrittenString made = carbon::NewUnwritten(length);
+        std::memcpy(made.units, chars, length * sizeof(UniChar));
+        return made.string;
     });
 }
 

@@ -20,19 +20,17 @@ namespace {
 
 class ImmutableString final : public __CFString {
   public:
-    static ImmutableString* Make(std::u16string_view inText) {
-        void* block = ::operator new(sizeof(ImmutableString) + inText.size() * sizeof(char16_t));
-        return new (block) ImmutableString(inText);
+    // The units are not written yet.
+    static ImmutableString* Make(size_t inLength) {
+        if (inLength > kLongestString) throw std::bad_alloc();
+        void* block = ::operator new(sizeof(ImmutableString) + inLength * sizeof(char16_t));
+        return new (block) ImmutableString(inLength);
     }
+    char16_t* Units() { return reinterpret_cast<char16_t*>(this + 1); }
 
   private:
-    explicit ImmutableString(std::u16string_view inText)
-        : __CFString({reinterpret_cast<char16_t*>(this + 1), inText.size()}, false, 1) {
-        if (!inText.empty()) {
-            std::memcpy(static_cast<void*>(this + 1), inText.data(),
-                        inText.size() * sizeof(char16_t));
-        }
-    }
+    explicit ImmutableString(size_t inLength)
+        : __CFString({reinterpret_cast<char16_t*>(this + 1), inLength}, false, 1) {}
 
     void Destroy() const override {
         auto* self = const_cast<ImmutableString*>(this);
@@ -100,10 +98,16 @@ MutableString* Mutable(CFMutableStringRef inString) {
     return string && string->IsMutable() ? static_cast<MutableString*>(inString) : nullptr;
 }
 
+UnwrittenString NewUnwritten(size_t inLength) {
+    ImmutableString* string = ImmutableString::Make(inLength);
+    return {string, string->Units()};
+}
+
 CFStringRef NewString(std::u16string_view inText) {
     if (inText.empty()) return &sEmpty;
-    if (inText.size() > kLongestString) throw std::bad_alloc();
-    return ImmutableString::Make(inText);
+    const UnwrittenString made = NewUnwritten(inText.size());
+    std::memcpy(made.units, inText.data(), inText.size() * sizeof(char16_t));
+    return made.string;
 }
 
 MutableString* NewMutable(CFIndex inLimit, std::u16string_view inText) {

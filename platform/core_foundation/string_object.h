@@ -70,8 +70,16 @@ std::u16string_view View(CFStringRef inString);
 // Null when the object is no mutable string.
 MutableString* Mutable(CFMutableStringRef inString);
 
-// Both throw std::bad_alloc, also for texts longer than a length can say.
+// All throw std::bad_alloc, also for texts longer than a length can say.
 CFStringRef NewString(std::u16string_view inText);
+
+// A string whose units are still to be written, all of them; there is at least one.
+struct UnwrittenString {
+    CFStringRef string;
+    char16_t* units;
+};
+UnwrittenString NewUnwritten(size_t inLength);
+
 MutableString* NewMutable(CFIndex inLimit, std::u16string_view inText);
 
 // Whether the range has no negative part and lies inside inLength units.

@@ -5,6 +5,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 
+#include <algorithm>
 #include <string>
 
 #include "core_foundation/string_object.h"
@@ -72,10 +73,35 @@ std::u16string Decomposed(std::u16string_view inText) {
     return std::u16string(text.getBuffer(), static_cast<size_t>(text.length()));
 }
 
+char16_t AsciiFolded(char16_t inUnit) {
+    return static_cast<char16_t>(inUnit >= u'A' && inUnit <= u'Z' ? inUnit + 32 : inUnit);
+}
+
+// Where a look at single units has to end: at the first that differ or, when case is set aside, at
+// the first that is not ASCII.
+size_t EqualUnits(std::u16string_view inOne, std::u16string_view inOther, CFOptionFlags inFlags) {
+    const size_t length = std::min(inOne.size(), inOther.size());
+    size_t at = 0;
+    if (inFlags & kCFCompareCaseInsensitive) {
+        while (at < length && (inOne[at] | inOther[at]) < 0x80 &&
+               AsciiFolded(inOne[at]) == AsciiFolded(inOther[at]))
+            ++at;
+        return at;
+    }
+    while (at < length && inOne[at] == inOther[at]) ++at;
+    // The halves of a character belong together.
+    const bool isInside = at > 0 && U16_IS_LEAD(inOne[at - 1]);
+    return isInside ? at - 1 : at;
+}
+
 }  // namespace
 
 CFComparisonResult Compare(std::u16string_view inOne, std::u16string_view inOther,
                            CFOptionFlags inFlags) {
+    if (!(inFlags & (kCFCompareNonliteral | kCFCompareNumerically))) {
+        const size_t equal = EqualUnits(inOne, inOther, inFlags);
+        return CompareCharacters(inOne.substr(equal), inOther.substr(equal), inFlags);
+    }
     if (!(inFlags & kCFCompareNonliteral)) return CompareCharacters(inOne, inOther, inFlags);
     return CompareCharacters(Decomposed(inOne), Decomposed(inOther), inFlags);
 }

@@ -1,7 +1,9 @@
-// Searching: one pass over the folded text with Knuth, Morris and Pratt's fallback table.
+// Searching: unit by unit where the texts are kind to that, else one pass over the folded text with
+// Knuth, Morris and Pratt's fallback table.
 #include "core_foundation/string_search.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "core_foundation/string_object.h"
 
@@ -25,6 +27,22 @@ std::vector<size_t> FallbackTable(std::u16string_view inNeedle) {
         table[i] = matched;
     }
     return table;
+}
+
+// Where a unit is next, looking at four at a time: a difference of zero borrows from the unit
+// above.
+size_t PlaceOf(char16_t inUnit, std::u16string_view inText, size_t inAt) {
+    constexpr UInt64 kOnes = 0x0001000100010001, kTops = 0x8000800080008000;
+    const UInt64 wanted = kOnes * inUnit;
+    size_t at = inAt;
+    for (; inText.size() - at >= 4; at += 4) {
+        UInt64 units;
+        std::memcpy(&units, &inText[at], sizeof units);
+        units ^= wanted;
+        if ((units - kOnes) & ~units & kTops) break;
+    }
+    while (at < inText.size() && inText[at] != inUnit) ++at;
+    return at;
 }
 
 size_t Start(const CFRange& inRange) {
@@ -65,8 +83,8 @@ bool SearchesForwards(CFOptionFlags inFlags) {
 
 }  // namespace
 
-Search::Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
-               CFOptionFlags inFlags)
+FoldedSearch::FoldedSearch(std::u16string_view inText, const CFRange& inRange,
+                           std::u16string_view inNeedle, CFOptionFlags inFlags)
     : mText(inText, Start(inRange), End(inRange), inFlags),
       mBackwards(inFlags & kCFCompareBackwards),
       mAnchored(inFlags & kCFCompareAnchored),
@@ -74,7 +92,7 @@ Search::Search(std::u16string_view inText, const CFRange& inRange, std::u16strin
       mFallback(FallbackTable(mNeedle)),
       mRecent(mNeedle.size()) {}
 
-std::optional<CFRange> Search::Next() {
+std::optional<CFRange> FoldedSearch::Next() {
     if (mNeedle.empty()) return std::nullopt;
     while (const auto unit = mText.Next()) {
         mRecent[mSeen++ % mRecent.size()] = *unit;
@@ -88,13 +106,13 @@ std::optional<CFRange> Search::Next() {
     return std::nullopt;
 }
 
-void Search::Advance(char16_t inUnit) {
+void FoldedSearch::Advance(char16_t inUnit) {
     while (mMatched > 0 && mNeedle[mMatched] != inUnit) mMatched = mFallback[mMatched - 1];
     if (mNeedle[mMatched] == inUnit) ++mMatched;
 }
 
 // The match, if it begins and ends where matches may; the search then goes on behind it.
-std::optional<CFRange> Search::Accept(const FoldedUnit& inLast) {
+std::optional<CFRange> FoldedSearch::Accept(const FoldedUnit& inLast) {
     const FoldedUnit& oldest = mRecent[mSeen % mRecent.size()];
     const FoldedUnit& first = mBackwards ? inLast : oldest;
     const FoldedUnit& last = mBackwards ? oldest : inLast;
@@ -102,6 +120,59 @@ std::optional<CFRange> Search::Accept(const FoldedUnit& inLast) {
     mText.MoveTo(mBackwards ? first.start : last.end);
     mMatched = mSeen = 0;
     return CFRange{static_cast<CFIndex>(first.start), static_cast<CFIndex>(last.end - first.start)};
+}
+
+Search::Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
+               CFOptionFlags inFlags)
+    : mText(inText),
+      mNeedle(inNeedle),
+      mStart(Start(inRange)),
+      mAt(mStart),
+      mEnd(End(inRange)),
+      mFlags(inFlags) {
+    constexpr CFOptionFlags kNotPlain =
+        kCFCompareCaseInsensitive | kCFCompareBackwards | kCFCompareAnchored | kCFCompareNonliteral;
+    if (mFlags & kNotPlain) TurnToFolded();
+}
+
+void Search::TurnToFolded() {
+    mFolded.emplace(mText, CFRange{static_cast<CFIndex>(mAt), static_cast<CFIndex>(mEnd - mAt)},
+                    mNeedle, mFlags);
+}
+
+std::optional<CFRange> Search::Next() {
+    if (mNeedle.empty()) return std::nullopt;
+    if (!mFolded) {
+        const auto match = NextPlain();
+        if (!mFolded) return match;
+    }
+    return mFolded->Next();
+}
+
+// How many units match here; the first does.
+size_t Search::Matching() const {
+    size_t count = 1;
+    while (count < mNeedle.size() && mText[mAt + count] == mNeedle[count]) ++count;
+    return count;
+}
+
+std::optional<CFRange> Search::NextPlain() {
+    const auto places = mText.substr(0, mEnd - std::min(mEnd, mNeedle.size() - 1));
+    for (; (mAt = PlaceOf(mNeedle[0], places, std::min(mAt, places.size()))) < places.size();
+         ++mAt) {
+        const size_t matching = Matching();
+        if (matching == mNeedle.size()) {
+            const CFRange match = {static_cast<CFIndex>(mAt), static_cast<CFIndex>(matching)};
+            mAt += matching;
+            return match;
+        }
+        mWasted += matching;
+        if (mWasted > 1000 + 2 * (mAt - mStart)) {
+            TurnToFolded();
+            return std::nullopt;
+        }
+    }
+    return std::nullopt;
 }
 
 }  // namespace carbon

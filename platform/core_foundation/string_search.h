@@ -45,13 +45,12 @@ class FoldedText {
     size_t mNext = 0;
 };
 
-// Finds one text in part of another, match after match without overlaps. Takes time in proportion
-// to what it walks over, whatever the texts.
-class Search {
+// Finds one folded text in part of another, match after match without overlaps. Takes time in
+// proportion to what it walks over, whatever the texts.
+class FoldedSearch {
   public:
-    // The range lies inside the text; both texts must stay.
-    Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
-           CFOptionFlags inFlags);
+    FoldedSearch(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
+                 CFOptionFlags inFlags);
 
     std::optional<CFRange> Next();
 
@@ -65,6 +64,28 @@ class Search {
     std::vector<size_t> mFallback;    // how much still matches when the next unit does not
     std::vector<FoldedUnit> mRecent;  // the last units, a ring as long as the needle
     size_t mMatched = 0, mSeen = 0;
+};
+
+// The same for any options. Plain searches compare units in place, for as long as that does not
+// make them compare most units many times.
+class Search {
+  public:
+    // The range lies inside the text; both texts must stay.
+    Search(std::u16string_view inText, const CFRange& inRange, std::u16string_view inNeedle,
+           CFOptionFlags inFlags);
+
+    std::optional<CFRange> Next();
+
+  private:
+    std::optional<CFRange> NextPlain();
+    size_t Matching() const;
+    void TurnToFolded();
+
+    std::u16string_view mText, mNeedle;
+    size_t mStart, mAt, mEnd;
+    size_t mWasted = 0;  // units compared in places that did not match
+    CFOptionFlags mFlags;
+    std::optional<FoldedSearch> mFolded;
 };
 
 }  // namespace carbon

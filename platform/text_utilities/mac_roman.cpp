@@ -30,6 +30,13 @@ constexpr std::array<char16_t, 128> kUpperHalf = {
     0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7,  // F8
 };
 
+constexpr auto kAll = [] {
+    std::array<char16_t, 256> units{};
+    for (unsigned i = 0; i < 256; ++i)
+        units[i] = i < 0x80 ? static_cast<char16_t>(i) : kUpperHalf[i - 0x80];
+    return units;
+}();
+
 using Pair = std::pair<char16_t, UInt8>;
 
 // The upper half and the ohm sign, by code point.
@@ -86,7 +93,11 @@ std::optional<std::u16string> Composed(const std::u16string& inText) {
 }  // namespace
 
 char16_t UnicodeFromMacRoman(UInt8 inCharacter) {
-    return inCharacter < 0x80 ? inCharacter : kUpperHalf[inCharacter - 0x80U];
+    return kAll[inCharacter];
+}
+
+void DecodeMacRoman(std::string_view inText, char16_t* outUnits) {
+    for (const char character : inText) *outUnits++ = kAll[static_cast<UInt8>(character)];
 }
 
 std::optional<UInt8> MacRomanFromUnicode(char16_t inUnit) {

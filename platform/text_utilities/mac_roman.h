@@ -12,6 +12,9 @@ namespace carbon {
 // Every byte is a character; 0xF0 is U+F8FF in the private use area.
 char16_t UnicodeFromMacRoman(UInt8 inCharacter);
 
+// A whole text, one unit a byte.
+void DecodeMacRoman(std::string_view inText, char16_t* outUnits);
+
 // The one byte that stands for a character, if there is one. The ohm sign (U+2126) counts as the
 // capital omega that the table holds.
 std::optional<UInt8> MacRomanFromUnicode(char16_t inUnit);

@@ -108,13 +108,21 @@ UInt32 LArray::GrabItemRangeSize(SInt32 inFromIndex, SInt32 inToIndex) const {
     return static_cast<UInt32>(inToIndex - inFromIndex + 1) * mItemSize;
 }
 
+namespace {
+
+inline bool NamesAnItem(SInt32& ioIndex, UInt32 inCount) {
+    if (ioIndex == LArray::kIndexLast) ioIndex = static_cast<SInt32>(inCount);
+    return ioIndex >= 1 && static_cast<UInt32>(ioIndex) <= inCount;
+}
+
+}  // namespace
+
 Boolean LArray::ValidIndex(SInt32& ioIndex) const {
-    if (ioIndex == kIndexLast) ioIndex = GetCount();
-    return ioIndex >= 1 && static_cast<UInt32>(ioIndex) <= mItemCount;
+    return NamesAnItem(ioIndex, mItemCount);
 }
 
 Boolean LArray::FetchItemAt(SInt32 inAtIndex, void* outItem) const {
-    if (!ValidIndex(inAtIndex)) return false;
+    if (!NamesAnItem(inAtIndex, mItemCount)) return false;
     PeekItem(inAtIndex, outItem);
     return true;
 }
@@ -141,7 +149,7 @@ SInt32 LArray::AddItem(const void* inItem, UInt32 inItemSize) {
     AdjustStorage(1, static_cast<SInt32>(size));
     const SInt32 index = GetCount();
     if (inItem != nullptr) PokeItem(index, inItem, size);
-    ItemsInserted(1, index);
+    if (mFirstIterator != nullptr) ItemsInserted(1, index);
     mIsSorted = false;
     return index;
 }

@@ -124,7 +124,11 @@ class VANTOR_EXPORT LArray {
                    bool inKeepSorted);
     void CopyArray(const LArray& inSource, bool inDestroyOld);
     void DestroyArray();
+    // Whether this is a plain LArray or TArray, whose items can be reached without asking the hooks
+    // that a derived class may have overridden.
+    bool HasPlainItems() const;
     void SortWithHooks(void* ioScratch);
+    void Grow(SInt32 inDeltaItems, UInt32 inNewStored);
 
     void AttachIterator(LArrayIterator* inIterator);
     void DetachIterator(LArrayIterator* inIterator);
@@ -134,6 +138,7 @@ class VANTOR_EXPORT LArray {
     SInt32 LinearSearch(const void* inItem, UInt32 inItemSize) const;
     SInt32 LinearSearchByKey(const void* inKey) const;
     SInt32 BinarySearch(const void* inItem, UInt32 inItemSize) const;
+    SInt32 BinarySearchPlain(const void* inItem, UInt32 inItemSize) const;
     SInt32 BinarySearchByKey(const void* inKey) const;
 
     UInt32 mItemSize;

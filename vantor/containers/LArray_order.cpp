@@ -46,8 +46,18 @@ SInt32 InsertPlace(const Halving& inResult) {
 
 SInt32 LArray::BinarySearch(const void* inItem, UInt32 inItemSize) const {
     StArrayLocker lock(*this);
+    if (mItemCount > 0 && HasPlainItems()) return BinarySearchPlain(inItem, inItemSize);
     const Halving result = SearchByHalving(GetCount(), [&](SInt32 inIndex) {
         return mComparator->Compare(GetItemPtr(inIndex), inItem, GetItemSize(inIndex), inItemSize);
+    });
+    return result.compared == 0 ? result.middle : 0;
+}
+
+SInt32 LArray::BinarySearchPlain(const void* inItem, UInt32 inItemSize) const {
+    const char* const items = *mItemsHandle;
+    const Halving result = SearchByHalving(GetCount(), [&](SInt32 inIndex) {
+        const char* const item = items + size_t{mItemSize} * static_cast<size_t>(inIndex - 1);
+        return mComparator->Compare(item, inItem, mItemSize, inItemSize);
     });
     return result.compared == 0 ? result.middle : 0;
 }

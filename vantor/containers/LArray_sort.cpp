@@ -1,6 +1,7 @@
 // Owns sorting: a Shell sort with the gaps 1, 4, 13, 40, ... that takes a short way for plain
 // items.
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <string_view>
 #include <typeinfo>
@@ -52,9 +53,9 @@ void ShellSort(char* ioItems, size_t inCount, IsBefore inIsBefore) {
 
 // The order of bytes, as a number to compare.
 UInt64 ByteOrder(const Bytes<8>& inItem) {
-    UInt64 number = 0;
-    for (const char byte : inItem.bytes) number = number << 8 | static_cast<UInt8>(byte);
-    return number;
+    UInt64 number;
+    std::memcpy(&number, &inItem, sizeof number);
+    return std::endian::native == std::endian::little ? __builtin_bswap64(number) : number;
 }
 
 void SortNumbers(char* ioItems, size_t inCount) {
@@ -98,20 +99,19 @@ bool SortPlain(const LComparator& inComparator, UInt32 inSize, char* ioItems, si
     return true;
 }
 
-// Whether the array is a plain LArray or TArray, whose items can be moved without asking the hooks
-// that a derived class may have overridden. The typed ones have one name each, "6TArrayI...".
-bool HasPlainItems(const LArray& inArray) {
-    const std::type_info& kind = typeid(inArray);
+}  // namespace
+
+// The typed arrays have one name each, "6TArrayI...".
+bool LArray::HasPlainItems() const {
+    const std::type_info& kind = typeid(*this);
     return kind == typeid(LArray) || std::string_view(kind.name()).starts_with("6TArrayI");
 }
-
-}  // namespace
 
 void LArray::Sort() {
     if (!mIsSorted && mItemCount > 1) {
         const StPointerBlock scratch(static_cast<SInt32>(mItemSize));
         const StHandleLocker lock(mItemsHandle);
-        if (!HasPlainItems(*this) || !SortPlain(*mComparator, mItemSize, *mItemsHandle, mItemCount))
+        if (!HasPlainItems() || !SortPlain(*mComparator, mItemSize, *mItemsHandle, mItemCount))
             SortWithHooks(scratch.Get());
     }
     mIsSorted = true;

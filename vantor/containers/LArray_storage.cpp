@@ -14,6 +14,19 @@ UInt32 CheckedBytes(SInt64 inBytes) {
     return static_cast<UInt32>(inBytes);
 }
 
+// The sizes of numbers and of process serial numbers are not worth a call of the system.
+void CopyItem(const void* inFrom, void* outTo, size_t inSize) {
+    UInt64 word;
+    if (inSize == sizeof(UInt32)) {
+        std::memcpy(outTo, inFrom, sizeof(UInt32));
+    } else if (inSize == sizeof word) {
+        std::memcpy(&word, inFrom, sizeof word);
+        std::memcpy(outTo, &word, sizeof word);
+    } else {
+        BlockMoveData(inFrom, outTo, static_cast<Size>(inSize));
+    }
+}
+
 }  // namespace
 
 Handle LArray::GetItemsHandle() {
@@ -26,10 +39,7 @@ void* LArray::GetItemPtr(SInt32 inAtIndex) const {
 }
 
 void LArray::PeekItem(SInt32 inAtIndex, void* outItem) const {
-    if (mItemSize == sizeof(UInt32))
-        std::memcpy(outItem, GetItemPtr(inAtIndex), sizeof(UInt32));
-    else
-        BlockMoveData(GetItemPtr(inAtIndex), outItem, static_cast<Size>(mItemSize));
+    CopyItem(GetItemPtr(inAtIndex), outItem, mItemSize);
 }
 
 // Kept: writes the size given, so a larger item runs into the places after it; never past the end
@@ -37,11 +47,7 @@ void LArray::PeekItem(SInt32 inAtIndex, void* outItem) const {
 void LArray::PokeItem(SInt32 inAtIndex, const void* inItem, UInt32 inItemSize) {
     const size_t start = size_t{mItemSize} * static_cast<size_t>(inAtIndex - 1);
     const size_t room = mDataAllocated - start;
-    if (inItemSize == sizeof(UInt32) && room >= sizeof(UInt32))
-        std::memcpy(*mItemsHandle + start, inItem, sizeof(UInt32));
-    else
-        BlockMoveData(inItem, *mItemsHandle + start,
-                      static_cast<Size>(std::min<size_t>(inItemSize, room)));
+    CopyItem(inItem, *mItemsHandle + start, std::min<size_t>(inItemSize, room));
 }
 
 void LArray::StoreNewItems(UInt32 inCount, SInt32 inAtIndex, const void* inItem,
@@ -74,18 +80,22 @@ void LArray::AdjustStorage(SInt32 inDeltaItems, SInt32) {
     const SInt64 newCount = SInt64{mItemCount} + inDeltaItems;
     const UInt32 newStored = CheckedBytes(newCount * mItemSize);
     if (newStored > mDataAllocated) {
-        try {
-            const SInt64 wanted = SInt64{inDeltaItems} * mItemSize;
-            InternalAdjustAllocation(
-                0, CheckedBytes(mDataAllocated + std::max<SInt64>(wanted, mDataAllocated)));
-        } catch (...) {
-            InternalAdjustAllocation(0, newStored);
-        }
+        Grow(inDeltaItems, newStored);
     } else if (inDeltaItems < 0) {
         InternalAdjustAllocation(0, newStored + (mDataAllocated - mDataStored));
     }
     mItemCount = static_cast<UInt32>(newCount);
     mDataStored = newStored;
+}
+
+void LArray::Grow(SInt32 inDeltaItems, UInt32 inNewStored) {
+    try {
+        const SInt64 wanted = SInt64{inDeltaItems} * mItemSize;
+        InternalAdjustAllocation(
+            0, CheckedBytes(mDataAllocated + std::max<SInt64>(wanted, mDataAllocated)));
+    } catch (...) {
+        InternalAdjustAllocation(0, inNewStored);
+    }
 }
 
 void LArray::ShiftItems(SInt32 inFromIndex, SInt32 inToIndex, SInt32 inDeltaItems, SInt32) {
