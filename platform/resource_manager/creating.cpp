@@ -1,18 +1,14 @@
 // Owns making files with an empty resource map.
 #include <Carbon/MacErrors.h>
 #include <Carbon/Script.h>
-#include <fcntl.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <cerrno>
 
 #include "file_manager/catalog.h"
 #include "file_manager/metadata.h"
 #include "file_manager/names.h"
-#include "file_manager/object_status.h"
-#include "posix/UniqueFd.h"
-#include "posix/os_err.h"
+#include "file_manager/object_changes.h"
 #include "resource_manager/fork_names.h"
 #include "resource_manager/internal.h"
 
@@ -20,45 +16,40 @@ namespace carbon {
 
 namespace {
 
-// Whether there is nothing in a fork that a map would replace; dupFNErr for a folder as well.
-OSErr CheckEmpty(const std::string& inPath, ForkKind inKind) {
-    ObjectStatus status;
-    if (const OSErr error = StatusOfObject(inPath, &status)) return error;
-    if (status.IsFolder()) return dupFNErr;
-    if (inKind == ForkKind::kData) return status.size == 0 ? OSErr(noErr) : OSErr(dupFNErr);
-    Metadata metadata;
-    const OSErr error = ReadMetadata(inPath, &metadata);
-    return error == noErr && metadata.facts.resourceLength > 0 ? OSErr(dupFNErr) : error;
-}
-
-OSErr WriteEmptyMap(const std::string& inPath, ForkKind inKind) {
-    std::vector<UInt8> bytes;
-    OSErr error = CheckEmpty(inPath, inKind);
-    if (error == noErr) error = BuildFork(StoredFork{}, &bytes);
+// dupFNErr for a folder, and for a fork that holds something already.
+OSErr CheckEmpty(const FSSpec& inSpec, ForkKind inKind) {
+    FSRef ref;
+    FSCatalogInfo info;
+    OSErr error = FSpMakeFSRef(&inSpec, &ref);
+    if (error == noErr)
+        error =
+            FSGetCatalogInfo(&ref, kFSCatInfoNodeFlags | kFSCatInfoDataSizes | kFSCatInfoRsrcSizes,
+                             &info, nullptr, nullptr, nullptr);
     if (error != noErr) return error;
-    return inKind == ForkKind::kData ? ReplaceFile(inPath, bytes)
-                                     : ReplaceResourceFork(inPath, bytes);
+    const bool isFolder = info.nodeFlags & kFSNodeIsDirectoryMask;
+    const UInt64 size = inKind == ForkKind::kData ? info.dataLogicalSize : info.rsrcLogicalSize;
+    return isFolder || size > 0 ? OSErr(dupFNErr) : OSErr(noErr);
 }
 
-OSErr PathInFolderOf(const FSRef& inParent, UniCharCount inLength, const UniChar* inName,
-                     std::string* outPath) {
-    if (inLength == 0 || !inName) return errFSMissingName;
-    if (inLength > 255) return errFSNameTooLong;
-    std::string folder, name;
-    if (const OSErr error = PathFromRef(inParent, &folder)) return error;
-    const auto* units = reinterpret_cast<const char16_t*>(inName);
-    icu::UnicodeString(units, SInt32(inLength)).toUTF8String(name);
-    name = WithSeparatorsExchanged(name);
-    if (name == "." || name == ".." || IsCompanionName(name) ||
-        name.find('\0') != std::string::npos)
-        return bdNamErr;
-    *outPath = PathInFolder(folder, name);
-    return noErr;
+// The fork is opened for that, so that nobody writes to it meanwhile, and locks are seen.
+OSErr WriteEmptyMap(const FSSpec& inSpec, ForkKind inKind) {
+    if (const OSErr error = CheckEmpty(inSpec, inKind)) return error;
+    std::vector<UInt8> bytes;
+    std::unique_ptr<ForkCarrier> fork;
+    OSErr error = BuildFork(StoredFork{}, &bytes);
+    if (error == noErr) error = ForkCarrier::Open(inSpec, inKind, fsRdWrPerm, &fork);
+    return error ? error : fork->Replace(bytes);
 }
 
-OSErr MakeEmptyFile(const std::string& inPath) {
-    const UniqueFd file(open(inPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    return file ? OSErr(noErr) : OSErrFromErrno(errno);
+OSErr CreateBySpec(const FSSpec& inSpec, OSType inCreator, OSType inType, ScriptCode inScript) {
+    std::string path;
+    OSErr error = PathFromSpec(inSpec, &path);
+    if (error == noErr) return WriteEmptyMap(inSpec, ForkKind::kResource);
+    if (error == fnfErr) error = FSpCreate(&inSpec, inCreator, inType, inScript);
+    if (error != noErr) return error;
+    error = WriteEmptyMap(inSpec, ForkKind::kResource);
+    if (error != noErr) FSpDelete(&inSpec);
+    return error;
 }
 
 struct NewFile {
@@ -69,52 +60,58 @@ struct NewFile {
     const FSCatalogInfo* info;
 };
 
+// Where the file is to be.
+OSErr LocateNew(const NewFile& inFile, Located* outPlace) {
+    std::string name;
+    const auto* units = reinterpret_cast<const char16_t*>(inFile.name);
+    icu::UnicodeString(units, SInt32(inFile.nameLength)).toUTF8String(name);
+    if (name.find('\0') != std::string::npos) return bdNamErr;
+    const Catalog catalog;
+    Object parent;
+    Folder folder;
+    OSErr error = catalog->FindByRef(*inFile.parent, &parent);
+    if (error == noErr) error = catalog->AllFolders().FindByPath(parent.path, &folder);
+    if (error != noErr) return error;
+    const Volume* volume = catalog->AllFolders().FindVolume(folder.volume);
+    if (!volume) return nsvErr;
+    outPlace->volume = *volume;
+    return catalog->FindInFolder(folder, WithSeparatorsExchanged(name), &outPlace->object);
+}
+
 void SetFinderInfo(const NewFile& inFile, Metadata* ioMetadata) {
-    if (!inFile.info) return;
     if (inFile.which & kFSCatInfoFinderInfo)
         std::copy_n(inFile.info->finderInfo, 16, ioMetadata->finderInfo);
     if (inFile.which & kFSCatInfoFinderXInfo)
         std::copy_n(inFile.info->extFinderInfo, 16, ioMetadata->extFinderInfo);
 }
 
-OSErr CreateAt(const std::string& inPath, const NewFile& inFile, ForkKind inKind) {
-    if (const OSErr error = MakeEmptyFile(inPath)) return error;
-    RemoveMetadata(inPath);  // of a file that is gone
-    OSErr error = ChangeMetadata(inPath, [&](Metadata* io) { SetFinderInfo(inFile, io); });
-    if (error == noErr) error = WriteEmptyMap(inPath, inKind);
-    if (error != noErr) {
-        RemoveMetadata(inPath);
-        unlink(inPath.c_str());
-    }
-    return error;
-}
-
-OSErr CreateBySpec(const FSSpec& inSpec, OSType inCreator, OSType inType, ScriptCode inScript) {
-    std::string path;
-    OSErr error = PathFromSpec(inSpec, &path);
-    if (error == noErr) return WriteEmptyMap(path, ForkKind::kResource);
-    if (error == fnfErr) error = FSpCreate(&inSpec, inCreator, inType, inScript);
-    if (error == noErr) error = PathFromSpec(inSpec, &path);
+OSErr CreateByName(const NewFile& inFile, ForkKind inKind, FSSpec* outSpec) {
+    Located place;
+    OSErr error = LocateNew(inFile, &place);
+    if (error != fnfErr) return error ? error : OSErr(dupFNErr);
+    const std::string& path = place.object.path;
+    error = CreateFile(place, 0, 0, smSystemScript);
+    if (error == noErr) error = SpecFromPath(path, outSpec);
     if (error != noErr) return error;
-    error = WriteEmptyMap(path, ForkKind::kResource);
-    if (error != noErr) FSpDelete(&inSpec);
+    if (inFile.info) error = ChangeMetadata(path, [&](Metadata* io) { SetFinderInfo(inFile, io); });
+    if (error == noErr) error = WriteEmptyMap(*outSpec, inKind);
+    if (error != noErr) FSpDelete(outSpec);
     return error;
 }
 
 OSErr Create(const NewFile& inFile, ForkKind inKind, FSRef* outRef, FSSpec* outSpec) {
     FSRef ref;
-    std::string path;
+    FSSpec spec;
     OSErr error = FSMakeFSRefUnicode(inFile.parent, inFile.nameLength, inFile.name,
                                      kTextEncodingUnknown, &ref);
     if (error == noErr) {
-        error = PathFromRef(ref, &path);
-        if (error == noErr) error = WriteEmptyMap(path, inKind);
+        error = FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
+        if (error == noErr) error = WriteEmptyMap(spec, inKind);
     } else if (error == fnfErr) {
-        error = PathInFolderOf(*inFile.parent, inFile.nameLength, inFile.name, &path);
-        if (error == noErr) error = CreateAt(path, inFile, inKind);
+        error = CreateByName(inFile, inKind, &spec);
     }
-    if (error == noErr && outRef) error = RefFromPath(path, outRef);
-    if (error == noErr && outSpec) error = SpecFromPath(path, outSpec);
+    if (error == noErr && outRef) error = FSpMakeFSRef(&spec, outRef);
+    if (error == noErr && outSpec) *outSpec = spec;
     return error;
 }
 
@@ -161,11 +158,12 @@ OSErr FSCreateResourceFile(const FSRef* parentRef, UniCharCount nameLength, cons
 OSErr FSCreateResourceFork(const FSRef* ref, UniCharCount forkNameLength, const UniChar* forkName,
                            UInt32 flags) {
     return Call([&] {
-        std::string path;
+        FSSpec spec;
         ForkKind kind = ForkKind::kData;
-        if (!ref || flags != 0) return OSErr(paramErr);
+        if (flags != 0) return OSErr(paramErr);
         OSErr error = ForkByName(forkNameLength, forkName, &kind);
-        if (error == noErr) error = PathFromRef(*ref, &path);
-        return error ? error : WriteEmptyMap(path, kind);
+        if (error == noErr)
+            error = FSGetCatalogInfo(ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
+        return error ? error : WriteEmptyMap(spec, kind);
     });
 }

@@ -112,9 +112,20 @@ ForkSizes ResourceFile::Sizes() const {
     return sizes;
 }
 
+bool ResourceFile::FitsMap() const {
+    ForkSizes sizes;
+    for (const auto& type : mTypes) {
+        sizes.AddType();
+        for (const auto& resource : type.resources) sizes.AddResource(resource->name.size(), 0);
+    }
+    return sizes.FitMap();
+}
+
 OSErr ResourceFile::CheckRoom(size_t inMore) const {
     if (!IsWritten()) return noErr;
-    return Sizes().Total() + inMore > mCarrier->FreeBytes() ? OSErr(dskFulErr) : OSErr(noErr);
+    const UInt64 free = mCarrier->FreeBytes();
+    if (free > kLongestData + 4 * kLongestMapPart + inMore) return noErr;  // whatever is in it
+    return Sizes().Total() + inMore > free ? OSErr(dskFulErr) : OSErr(noErr);
 }
 
 OSErr ResourceFile::Add(ResType inType, ResID inID, std::string_view inName,
@@ -125,7 +136,7 @@ OSErr ResourceFile::Add(ResType inType, ResID inID, std::string_view inName,
     if (!type) type = &mTypes.emplace_back(ResourceType{inType, {}});
     type->resources.push_back(std::move(resource));
     *outResource = type->resources.back().get();
-    if (Sizes().FitMap()) return noErr;
+    if (FitsMap()) return noErr;
     Remove(*outResource);
     return addRefFailed;
 }

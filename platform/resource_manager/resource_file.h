@@ -74,6 +74,7 @@ class ResourceFile {
   private:
     StoredFork Contents() const;
     ForkSizes Sizes() const;
+    bool FitsMap() const;
     void TakeOver(std::vector<UInt8> inFork);
 
     std::unique_ptr<ForkCarrier> mCarrier;  // null for the System file

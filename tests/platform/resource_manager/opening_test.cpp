@@ -317,6 +317,43 @@ TEST_F(Opening, FSCreateResourceForkGivesAMapToAnExistingFile) {
     EXPECT_EQ(FSCreateResourceFork(&ref, 0, nullptr, 0), dupFNErr);
 }
 
+TEST_F(Opening, ALockedFileIsReadAndGetsNoMap) {
+    const FSSpec spec = NewFile();
+    const FSSpec empty = SpecOf(Write("empty"));
+    ASSERT_EQ(HSetFLock(spec.vRefNum, spec.parID, spec.name), noErr);
+    ASSERT_EQ(HSetFLock(empty.vRefNum, empty.parID, empty.name), noErr);
+    EXPECT_EQ(FSpOpenResFile(&spec, fsRdWrPerm), -1);
+    EXPECT_EQ(ResError(), permErr);
+    EXPECT_EQ(GetResFileAttrs(Open(spec, fsCurPerm)), mapReadOnly);
+    FSpCreateResFile(&empty, 0, 0, smSystemScript);
+    EXPECT_EQ(ResError(), permErr);
+    EXPECT_TRUE(ForkOf("empty").empty());
+}
+
+TEST_F(Opening, ALockedVolumeIsRead) {
+    const std::string folder = MakeFolder("volume");
+    const FSSpec before = SpecOf(Write("volume/file"));
+    FSpCreateResFile(&before, 0, 0, smSystemScript);
+    FSVolumeRefNum volume = 0;
+    ASSERT_EQ(PlatformMountFolderWithOptions(folder.c_str(), "Locked", kPlatformMountSoftwareLocked,
+                                             &volume),
+              noErr);
+    const FSSpec spec = SpecOf(folder + "/file");
+    EXPECT_EQ(spec.vRefNum, volume);
+    EXPECT_EQ(FSpOpenResFile(&spec, fsRdWrPerm), -1);
+    EXPECT_EQ(ResError(), wrPermErr);
+    CloseResFile(Open(spec, fsRdPerm));
+    HCreateResFile(volume, fsRtDirID, PString("new"));
+    EXPECT_EQ(ResError(), vLckdErr);
+    FSRef root;
+    ASSERT_EQ(RefOf(folder, &root), noErr);
+    const auto* name = reinterpret_cast<const UniChar*>(u"new");
+    FSCreateResFile(&root, 3, name, kFSCatInfoNone, nullptr, nullptr, nullptr);
+    EXPECT_EQ(ResError(), vLckdErr);
+    EXPECT_FALSE(std::filesystem::exists(folder + "/new"));
+    EXPECT_EQ(PlatformUnmountFolder(volume), noErr);
+}
+
 TEST_F(Opening, FollowsAFileThatWasRenamedWhileOpen) {
     const auto number = OpenNew("before");
     Add('TEXT', 128, "follows");
