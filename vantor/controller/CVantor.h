@@ -7,7 +7,7 @@
 
 enum : SInt32 {
     kVantorForeignException = -11000,  // an exception of another library
-    kMirelNotFound = -11001,           // no volume before Mac OS X holds one; never raised here
+    kMirelNotFound = -11001,           // before Mac OS X: no volume holds one
     kMirelInvalid = -11002,            // found or running, but no version we can drive
     kMirelNoMedia = -11003,            // only mapped by VantorRequestBlankDisc, never raised
 };

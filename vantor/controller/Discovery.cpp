@@ -5,6 +5,7 @@
 #include "vantor/appleevents/UAEDesc.h"
 #include "vantor/appleevents/UAppleEventsMgr.h"
 #include "vantor/controller/CVantor.h"
+#include "vantor/controller/ClassicDiscovery.h"
 #include "vantor/controller/Protocol.h"
 #include "vantor/controller/StCFReference.h"
 #include "vantor/foundation/LException.h"
@@ -76,6 +77,15 @@ bool IsApplicationValid(const FSSpec& inSpec) {
     return bundle != nullptr && IsNewEnough(bundle) && IsOurEdition(bundle);
 }
 
+void FindByLaunchServices(FSSpec& outSpec) {
+    FSRef ref;
+    ThrowIfError(AskLaunchServices(&ref, nullptr));
+    ThrowIfError(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &outSpec, nullptr));
+    if (CVantor::IsMirelFileValid(outSpec)) return;
+    AskLaunchServices(&ref, nullptr);  // Kept: asked once more, the answer is not used.
+    LException::Throw(kMirelInvalid);
+}
+
 // An 'oapp' event that says "server", as launch parameters in a block that `outBlock` owns.
 void MakeLaunchParameters(StPointerBlock& outBlock) {
     StAEDescriptor event, on(Boolean{true}), parameters;
@@ -117,17 +127,12 @@ void CVantor::ClearMem(void* outData, SInt32 inSize) {
 }
 
 void CVantor::FindMirel(FSSpec& outSpec) {
-    FSRef ref;
-    ThrowIfError(AskLaunchServices(&ref, nullptr));
-    ThrowIfError(FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &outSpec, nullptr));
-    if (IsMirelFileValid(outSpec)) return;
-    AskLaunchServices(&ref, nullptr);  // Kept: asked once more, the answer is not used.
-    LException::Throw(kMirelInvalid);
+    RunningOnX() ? FindByLaunchServices(outSpec) : FindOnClassicVolumes(outSpec);
 }
 
 Boolean CVantor::IsMirelFileValid(FSSpec& inSpec) {
     try {
-        return IsApplicationValid(inSpec);
+        return RunningOnX() ? IsApplicationValid(inSpec) : IsClassicFileValid(inSpec);
     } catch (...) {
         return false;  // Kept: whatever went wrong, this is not an application we can drive.
     }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -148,7 +149,7 @@ bool CatalogMatch::PassesFinderInfo(const CInfoPBRec& inItem) const {
 }
 
 bool CatalogMatch::PassesRanges(const CInfoPBRec& inItem) const {
-    return std::ranges::all_of(kRanges, [&](const Range& inRange) {
+    return std::all_of(std::begin(kRanges), std::end(kRanges), [&](const Range& inRange) {
         return !Seeks(inRange.bit) ||
                IsBetween(inRange.value(inItem), inRange.value(*mBlock.ioSearchInfo1),
                          inRange.value(*mBlock.ioSearchInfo2));
