@@ -29,6 +29,7 @@ constexpr const char* kFooter =
 
 struct CommandLine {
     BurnRequest burn;
+    FindRequest find;
     ResourcesRequest resources;
     std::string mode, onOff;
     bool json = false;
@@ -118,6 +119,22 @@ void AddMode(CLI::App& ioApp, CommandLine& ioLine) {
     });
 }
 
+void AddFind(CLI::App& ioApp, CommandLine& ioLine) {
+    FindRequest& find = ioLine.find;
+    CLI::App* command =
+        ioApp.add_subcommand("find", "Find the files of a volume by creator, type and name");
+    command->add_option("VOLUME", find.volume, "A volume's name, or a path on it")->required();
+    command->add_option("--creator", find.creator, "Creator, four characters")->type_name("XXXX");
+    command->add_option("--type", find.type, "File type, four characters")->type_name("XXXX");
+    command->add_option("--name", find.name, "What the name contains, in any case")
+        ->type_name("TEXT");
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine] {
+        ioLine.find.json = ioLine.json;
+        ioLine.run = [&ioLine] { Find(ioLine.find); };
+    });
+}
+
 void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     ioApp.require_subcommand(1);
     ioApp.footer(kFooter);
@@ -127,6 +144,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "blank", "Ask for a blank disc", RequestBlank);
     AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
     AddMode(ioApp, ioLine);
+    AddFind(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
     AddResources(ioApp, ioLine);

@@ -36,6 +36,15 @@ struct ResourcesRequest {
 
 void ShowResources(const ResourcesRequest& inRequest);
 
+struct FindRequest {
+    std::string creator, type;  // up to four characters; empty: any
+    std::string name;           // what the name contains, in any case; empty: anything
+    std::string volume;         // a volume's name, or a path on it
+    bool json = false;
+};
+
+void Find(const FindRequest& inRequest);
+
 void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);
 void ShowDrives(bool inJson);
