@@ -4,7 +4,6 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <time.h>
 
 #include <algorithm>
@@ -15,14 +14,13 @@
 #include <unordered_set>
 
 #include "catalog_search/search_entries.h"
-#include "file_manager/metadata_entries.h"
+#include "file_manager/attribute_metadata.h"
 #include "file_manager/names.h"
 
 namespace carbon {
 
 namespace {
 
-constexpr const char* kFinderInfoAttribute = "user.com.apple.FinderInfo";
 constexpr SInt64 kNanoseconds = 1000000000;
 // Two changes within one tick of the kernel's clock leave the same time.
 constexpr SInt64 kTick = 100000000;
@@ -91,17 +89,6 @@ Listing ReadListing(DIR* inFolder) {
     return listing;
 }
 
-// What there is without a companion; nothing of that is common, so one call must do.
-void ReadAttribute(const std::string& inPath, bool inIsFolder, Metadata* outMetadata) {
-    std::vector<UInt8> bytes(kFinderInfoSize + 1);
-    const auto length = lgetxattr(inPath.c_str(), kFinderInfoAttribute, bytes.data(), bytes.size());
-    if (length != SInt64(kFinderInfoSize)) return;
-    bytes.resize(kFinderInfoSize);
-    AppleDoubleDocument document;
-    document.Set(kFinderInfoEntry, std::move(bytes));
-    TakeEntries(document, inIsFolder, outMetadata);
-}
-
 const UInt8* UnlessZero(const UInt8 (&inInfo)[16]) {
     const bool isZero = std::all_of(inInfo, inInfo + 16, [](UInt8 inByte) { return inByte == 0; });
     return isZero ? nullptr : inInfo;
@@ -116,12 +103,10 @@ void AddWords(const UInt8 (&inInfo)[16], SearchFilter* ioFilter) {
 
 void AddEntry(const std::string& inFolder, const Name& inName, bool inHasCompanion,
               FolderContents* ioContents) {
-    Metadata metadata;
     const auto path = PathInFolder(inFolder, inName.name);
-    if (!inHasCompanion || ReadMetadata(path, &metadata) != noErr ||
-        metadata.companion != CompanionState::kSound) {
-        metadata = Metadata();
-        ReadAttribute(path, inName.isFolder, &metadata);
+    Metadata metadata;
+    if (!inHasCompanion || ReadMetadata(path, &metadata) != noErr) {
+        metadata = MetadataInAttributes(path, inName.isFolder);
     }
     AddWords(metadata.finderInfo, &ioContents->filter);
     AppendEntry({inName.name, inName.isFolder, metadata.facts.isLocked,

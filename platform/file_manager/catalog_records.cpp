@@ -1,11 +1,10 @@
 // Owns the values in catalog records: where each one comes from.
 #include "file_manager/catalog_records.h"
 
-#include <sys/xattr.h>
-
 #include <algorithm>
 #include <cstring>
 
+#include "file_manager/attribute_metadata.h"
 #include "file_manager/catalog_info.h"
 #include "file_manager/classic_dates.h"
 #include "file_manager/finder_info.h"
@@ -26,11 +25,11 @@ UInt64 Rounded(UInt64 inLength) {
     return (inLength + kForkBlock - 1) / kForkBlock * kForkBlock;
 }
 
-// Without a companion only attributes can tell anything, and most files have none at all.
+// Without a companion only attributes can tell anything.
 Metadata MetadataFor(const Object& inObject, bool inHasCompanion) {
-    const bool isBare = !inHasCompanion && inObject.spec.parID != fsRtParID &&
-                        llistxattr(inObject.path.c_str(), nullptr, 0) <= 0;
-    return isBare ? Metadata{} : MetadataOf(inObject);
+    const bool isBare = !inHasCompanion && inObject.spec.parID != fsRtParID;
+    return isBare ? MetadataInAttributes(inObject.path, inObject.status.IsFolder())
+                  : MetadataOf(inObject);
 }
 
 SInt8 AttributesOf(const Object& inObject, const AppleDoubleFacts& inFacts) {
