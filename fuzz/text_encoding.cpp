@@ -28,20 +28,24 @@ bool ComesBackAsItWas(UInt8 inNumber) {
     return inNumber < 10;
 }
 
+constexpr UInt8 kUntouched = 0xA5;
+
 void CheckBuffer(CFStringRef inText, CFStringEncoding inEncoding, UInt8 inLoss, Boolean inExternal,
                  CFIndex inRoom) {
     const CFRange all = CFRangeMake(0, CFStringGetLength(inText));
     CFIndex needed = 0, used = 0;
     const CFIndex said =
         CFStringGetBytes(inText, all, inEncoding, inLoss, inExternal, nullptr, 0, &needed);
-    std::vector<UInt8> exact(static_cast<size_t>(needed));
-    std::vector<UInt8> small(static_cast<size_t>(inRoom));
+    // Never without a byte: no buffer would mean to measure again.
+    std::vector<UInt8> exact(static_cast<size_t>(needed) + 1, kUntouched);
+    std::vector<UInt8> small(static_cast<size_t>(inRoom) + 1, kUntouched);
     Require(CFStringGetBytes(inText, all, inEncoding, inLoss, inExternal, exact.data(), needed,
                              &used) == said);
     Require(used == needed);
     Require(CFStringGetBytes(inText, all, inEncoding, inLoss, inExternal, small.data(), inRoom,
                              &used) <= said);
     Require(used <= inRoom);
+    Require(exact.back() == kUntouched && small.back() == kUntouched);
 }
 
 void CheckRoundTrip(CFStringRef inText, CFStringEncoding inEncoding) {
