@@ -89,8 +89,13 @@ Connection::SendResult Connection::Send(const FrameHeader& inHeader,
     }
     ++mLastMessage;
     if (result == PacketResult::kSent) return SendResult::kSent;
+    try {
+        mUnsent.push_back({mLastMessage, header, inPayload, {}, sent});
+    } catch (const std::bad_alloc&) {
+        mTakesNoMore = true;  // the peer may have a part of it
+        throw;
+    }
     mUnsentBytes += inPayload.size();
-    mUnsent.push_back({mLastMessage, header, inPayload, {}, sent});
     return SendResult::kQueued;
 }
 

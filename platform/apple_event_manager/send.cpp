@@ -5,6 +5,7 @@
 #include <Carbon/MacErrors.h>
 #include <Carbon/Processes.h>
 
+#include "apple_event_manager/access.h"
 #include "apple_event_manager/dispatch.h"
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/received.h"
@@ -88,13 +89,15 @@ using namespace carbon;
 
 OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode sendMode, AESendPriority,
              SInt32 timeOutInTicks, AEIdleUPP idleProc, AEFilterUPP filterProc) {
-    return SendEvent(event, reply, sendMode,
-                     {.timeOut = timeOutInTicks, .idle = idleProc, .filter = filterProc});
+    return Guarded([&] {
+        return SendEvent(event, reply, sendMode,
+                         {.timeOut = timeOutInTicks, .idle = idleProc, .filter = filterProc});
+    });
 }
 
 OSStatus AESendMessage(const AppleEvent* event, AppleEvent* reply, AESendMode sendMode,
                        SInt32 timeOutInTicks) {
-    return SendEvent(event, reply, sendMode, {.timeOut = timeOutInTicks});
+    return Guarded([&] { return SendEvent(event, reply, sendMode, {.timeOut = timeOutInTicks}); });
 }
 
 AEIdleUPP NewAEIdleUPP(AEIdleProcPtr userRoutine) {
