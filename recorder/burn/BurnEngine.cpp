@@ -6,6 +6,7 @@
 #include <csignal>
 #include <future>
 #include <limits>
+#include <utility>
 
 #include "burn/ImageDrive.h"
 #include "burn/SourceTree.h"
@@ -15,8 +16,8 @@
 namespace recorder {
 namespace {
 
-std::string Ended(const BurnRequest& inRequest, const BurnResult& inResult) {
-    if (inRequest.goal.simulate) return "Simulated: everything could be read, nothing was written.";
+std::string Ended(const BurnResult& inResult) {
+    if (inResult.simulated) return "Simulated: everything could be read, nothing was written.";
     std::string text = inResult.path.empty() ? "The disc is written"
                                              : "Done: " + LeafName(inResult.path) + " is written";
     return text + (inResult.verified ? " and verified." : ".");
@@ -41,20 +42,26 @@ BurnEngine::BurnEngine(DriveSource& inDrives) : mDrives(inDrives) {
     });
     try {
         started.get_future().get();
+        mMeasurer = std::thread([this] { MeasureLoop(); });
     } catch (...) {
-        mThread.join();
+        End();
         throw;
     }
 }
 
 BurnEngine::~BurnEngine() {
+    End();
+}
+
+void BurnEngine::End() {
     {
         const std::lock_guard lock(mMutex);
         mQuit = true;
         mStop = true;
     }
     mWake.notify_all();
-    mThread.join();
+    for (std::thread* thread : {&mThread, &mMeasurer})
+        if (thread->joinable()) thread->join();
 }
 
 void BurnEngine::Loop() {
@@ -110,7 +117,7 @@ void BurnEngine::BeginJob() {
 bool BurnEngine::WaitUntilQuiet(int inMilliseconds) {
     std::unique_lock lock(mMutex);
     return mQuiet.wait_for(lock, std::chrono::milliseconds(inMilliseconds),
-                           [&] { return !mBusy && mMeasurements == 0; });
+                           [&] { return !mBusy && !IsMeasuring(); });
 }
 
 void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
@@ -151,7 +158,7 @@ std::string BurnEngine::Work(const BurnRequest& inRequest) {
     BurnJob job(*drive, inRequest, context, keep);
     const BurnResult result = job.Run();
     keep(result);
-    return Ended(inRequest, result);
+    return Ended(result);
 }
 
 void BurnEngine::Start(const BurnRequest& inRequest) {
@@ -176,35 +183,43 @@ void BurnEngine::Cancel() {
 }
 
 void BurnEngine::Measure(const std::vector<std::string>& inPaths) {
-    unsigned order = 0;
     {
         const std::lock_guard lock(mMutex);
-        ++mMeasurements;
-        order = ++mMeasureOrder;
+        mToMeasure = inPaths;
+        ++mMeasureOrder;
     }
-    Post([this, inPaths, order] { WorkOnMeasure(inPaths, order); });
+    mWake.notify_all();
 }
 
-// A later order makes this one worthless, and a job that is to stop waits behind it: then it is
-// done after the job.
-void BurnEngine::WorkOnMeasure(const std::vector<std::string>& inPaths, unsigned inOrder) {
-    UInt64 bytes = 0;
-    const auto isInTheWay = [this] { return mStop.load() && Busy(); };
-    try {
-        bytes = WalkSources(inPaths, false, [&](size_t, const std::string&) {
-                    return !mQuit.load() && inOrder == mMeasureOrder.load() && !isInTheWay();
-                }).contentBytes;
-    } catch (const std::exception&) {
-        bytes = 0;  // what is wrong with the items is said when they are written
-        if (isInTheWay() && inOrder == mMeasureOrder.load())
-            return Post([this, inPaths, inOrder] { WorkOnMeasure(inPaths, inOrder); });
-    }
-    {
-        const std::lock_guard lock(mMutex);
+// A thread of its own: a tree may be so large that neither jobs nor questions can wait behind it.
+void BurnEngine::MeasureLoop() {
+    std::unique_lock lock(mMutex);
+    for (;;) {
+        mWake.wait(lock, [&] { return mQuit || mToMeasure; });
+        if (mQuit) return;
+        const std::vector<std::string> paths = *std::exchange(mToMeasure, std::nullopt);
+        const unsigned order = mMeasureOrder;
+        mIsWalking = true;
+        lock.unlock();
+        const UInt64 bytes = BytesOf(paths, order);
+        lock.lock();
+        mIsWalking = false;
         mContentKiB = SInt32(std::min<UInt64>(bytes / 1024, std::numeric_limits<SInt32>::max()));
-        --mMeasurements;
+        mQuiet.notify_all();
     }
-    mQuiet.notify_all();
+}
+
+// A later order makes this one worthless.
+UInt64 BurnEngine::BytesOf(const std::vector<std::string>& inPaths, unsigned inOrder) const {
+    try {
+        return WalkSources(inPaths, false,
+                           [&](size_t, const std::string&) {
+                               return !mQuit.load() && inOrder == mMeasureOrder.load();
+                           })
+            .contentBytes;
+    } catch (const std::exception&) {
+        return 0;  // what is wrong with the items is said when they are written
+    }
 }
 
 void BurnEngine::Forget() {
@@ -216,7 +231,7 @@ void BurnEngine::Forget() {
 
 BurnEngine::Snapshot BurnEngine::Take() const {
     const std::lock_guard lock(mMutex);
-    return {mProgress.Snapshot(), mResult, mContentKiB, mMeasurements > 0};
+    return {mProgress.Snapshot(), mResult, mContentKiB, IsMeasuring()};
 }
 
 DriveInfo BurnEngine::Probe(const std::string& inDriveId) {

@@ -1,5 +1,5 @@
 // The engine: one thread that owns libburn, libisofs and the drives, and works on one job at a
-// time. Any thread may call it; no call waits for the thread, except where said.
+// time; another one measures. Any thread may call it; no call waits for them, except where said.
 #pragma once
 
 #include <atomic>
@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -65,7 +66,10 @@ class BurnEngine {
     void Loop();
     void Post(Task inTask);
     void RunNow(const Task& inTask);  // on the engine's thread, while it is idle; waits
-    void WorkOnMeasure(const std::vector<std::string>& inPaths, unsigned inOrder);
+    void MeasureLoop();
+    UInt64 BytesOf(const std::vector<std::string>& inPaths, unsigned inOrder) const;
+    bool IsMeasuring() const { return mIsWalking || mToMeasure.has_value(); }
+    void End();
     void BeginJob();
     void RunJob(const std::function<std::string()>& inWork);
     std::string Work(const BurnRequest& inRequest);
@@ -80,8 +84,9 @@ class BurnEngine {
     bool mBusy = false;
     BurnResult mResult;
     SInt32 mContentKiB = 0;
-    unsigned mMeasurements = 0;  // ordered and not yet done
-    std::thread mThread;         // last: it uses all of the above
+    std::optional<std::vector<std::string>> mToMeasure;
+    bool mIsWalking = false;
+    std::thread mThread, mMeasurer;  // last: they use all of the above
 };
 
 }  // namespace recorder

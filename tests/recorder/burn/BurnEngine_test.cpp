@@ -250,7 +250,7 @@ TEST_F(Cancel, StopsTheWaitForADisc) {
     });
 }
 
-TEST_F(Cancel, IsHeardByAJobBehindAMeasurementWhichIsMadeAfterIt) {
+TEST_F(Cancel, LeavesAMeasurementAlone) {
     mEngine.Measure({mSource});
     mEngine.Start(Request("fake"));
     mEngine.Cancel();
@@ -258,6 +258,19 @@ TEST_F(Cancel, IsHeardByAJobBehindAMeasurementWhichIsMadeAfterIt) {
     EXPECT_EQ(end.progress.status, userCanceledErr);
     EXPECT_FALSE(end.measuring);
     EXPECT_GT(end.contentKiB, 0);
+}
+
+TEST_F(Engine, WorksAndEjectsWhileALargeTreeIsMeasured) {
+    mEngine.Measure({"/proc", "/sys", "/usr"});
+    mEngine.Eject("fake");
+    EXPECT_FALSE(mScript.hasBlank);
+    EXPECT_TRUE(mEngine.Take().measuring);
+    mScript.hasBlank = true;
+    mEngine.Start(Request("fake"));
+    EXPECT_TRUE(Eventually([&] { return !mEngine.Busy(); }));
+    EXPECT_TRUE(mScript.finished);
+    mEngine.Measure({mSource});
+    EXPECT_GT(End(mEngine).contentKiB, 0) << "the last order counts";
 }
 
 TEST_F(Cancel, WithoutAJobDoesNothing) {
