@@ -248,7 +248,7 @@ void Burn(const BurnRequest& inRequest) {
     summary.bytes = SizeOf(summary.path);
     summary.items = GetNumber(kDisc, 'nFil');
     summary.verified = GetBoolean(kDisc, 'vfyd');
-    summary.simulated = inRequest.simulate;
+    summary.simulated = GetBoolean(kDisc, 'siml');
     summary.seconds = std::chrono::duration<double>(SteadyClock::now() - start).count();
     Print(summary, report.Lines(), inRequest.json);
 }

@@ -63,6 +63,7 @@ void WaitForBlankDisc(Drive& inDrive, const JobContext& inContext, int inSeconds
 BurnJob::BurnJob(Drive& inDrive, const BurnRequest& inRequest, const JobContext& inContext,
                  std::function<void(const BurnResult&)> inPlanned)
     : mDrive(inDrive), mRequest(inRequest), mContext(inContext), mPlanned(std::move(inPlanned)) {
+    mResult.simulated = mRequest.goal.simulate;
     if (mRequest.goal.volumeName.empty())
         mRequest.goal.volumeName = DefaultVolumeName(mRequest.paths);
 }

@@ -23,6 +23,7 @@ struct BurnResult {
     std::vector<std::string> report;  // complete before anything is written
     SInt32 nodes = 0;                 // files, folders and links on the disc
     bool verified = false;
+    bool simulated = false;
     std::string path;  // of the finished image
 };
 

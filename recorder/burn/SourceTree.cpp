@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -44,6 +45,7 @@ class Walk {
     }
 
     void AddItem(const std::string& inPath);
+    void ReportClashes(const std::vector<std::string>& inNames, const std::string& inFolder);
     SourceTree Finish();
 
   private:
@@ -143,6 +145,8 @@ void Walk::AddLink(SourceNode&& inNode, int inFolderFd, const char* inName,
     char target[4096];
     const ssize_t size = readlinkat(inFolderFd, inName, target, sizeof target);
     if (size < 0) return Unreadable(inPath, errno);
+    mTree.report.push_back(inPath +
+                           ": a symbolic link; systems that read Joliet names do not show it");
     inNode.kind = SourceNode::Kind::Link;
     inNode.target.assign(target, size_t(size));
     mTree.nodes.push_back(std::move(inNode));
@@ -164,6 +168,7 @@ void Walk::ReadFolder(size_t inIndex) {
     // Descending: libisofs finds the place of a new name from the front, so each one goes there at
     // once.
     std::sort(names.begin(), names.end(), std::greater<>());
+    if (mWithFinderInfo) ReportClashes(names, path);
     size_t count = 0;
     for (const auto& name : names) {
         if (++count % 1024 == 0 && !mObserver(mTree.nodes.size(), path)) throw BurnCancelled();
@@ -178,6 +183,18 @@ void Walk::ReadFolder(size_t inIndex) {
         if (!std::binary_search(names.begin(), names.end(), CompanionPath(leaf), std::greater<>()))
             AddMadeCompanion(node, full);
         AddEntry(std::move(node), fd, leaf.c_str(), full);
+    }
+}
+
+// HFS+ takes names that differ in case or in the form of accented letters alone for one.
+void Walk::ReportClashes(const std::vector<std::string>& inNames, const std::string& inFolder) {
+    std::map<std::u16string, const std::string*> known;
+    for (const auto& name : inNames) {
+        const auto [first, isNew] = known.try_emplace(FoldedName(name), &name);
+        if (isNew) continue;
+        mTree.report.push_back((inFolder.empty() ? name : inFolder + "/" + name) +
+                               ": HFS+ cannot tell its name from \"" + *first->second +
+                               "\"; one of the two is shown changed there");
     }
 }
 
@@ -230,6 +247,9 @@ SourceTree WalkSources(const std::vector<std::string>& inPaths, bool inWithFinde
     std::sort(paths.begin(), paths.end(),
               [](const auto& a, const auto& b) { return LeafName(a) > LeafName(b); });
     Walk walk(inWithFinderInfo, inObserver);
+    std::vector<std::string> names(paths.size());
+    std::transform(paths.begin(), paths.end(), names.begin(), LeafName);
+    if (inWithFinderInfo) walk.ReportClashes(names, "");
     for (const auto& path : paths) walk.AddItem(path);
     return walk.Finish();
 }

@@ -1,6 +1,11 @@
 // Owns the rules about names on discs.
 #include "burn/disc_names.h"
 
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+
 namespace recorder {
 namespace {
 
@@ -51,6 +56,23 @@ std::vector<std::string> NamesThatChange(const std::string& inName, const std::s
         why = "has one of * : ; ? \\";
     if (why == nullptr) return {};
     return {inPath + ": the name " + why + "; systems that read Joliet names show it changed"};
+}
+
+std::u16string FoldedName(const std::string& inName) {
+    const auto isAscii = [](char character) {
+        return static_cast<unsigned char>(character) < 0x80;
+    };
+    if (std::all_of(inName.begin(), inName.end(), isAscii)) {
+        std::u16string folded(inName.begin(), inName.end());
+        for (char16_t& unit : folded)
+            if (unit >= u'A' && unit <= u'Z') unit = static_cast<char16_t>(unit | 0x20);
+        return folded;
+    }
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::Normalizer2* decomposition = icu::Normalizer2::getNFDInstance(error);
+    icu::UnicodeString text = icu::UnicodeString::fromUTF8(inName);
+    text = decomposition->normalize(text.foldCase(), error);
+    return {text.getBuffer(), static_cast<size_t>(text.length())};
 }
 
 std::string CutName(const std::string& inName, size_t inBytes) {

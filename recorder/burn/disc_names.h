@@ -14,6 +14,9 @@ std::vector<std::string> NamesThatChange(const std::string& inName, const std::s
 // two units.
 int Utf16Units(const std::string& inName, bool* outBeyond);
 
+// The name as HFS+ compares it.
+std::u16string FoldedName(const std::string& inName);
+
 // Cuts the name to at most inBytes without splitting a character.
 std::string CutName(const std::string& inName, size_t inBytes);
 

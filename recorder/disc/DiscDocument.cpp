@@ -4,28 +4,35 @@
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <set>
 
 #include "burn/BurnFailure.h"
 #include "burn/SourceTree.h"
 
 namespace recorder {
 
+namespace {
+
+void CheckIsThere(const std::string& inPath) {
+    struct stat facts = {};
+    if (inPath.empty() || inPath[0] != '/')
+        throw BurnFailure(paramErr, "\"" + inPath + "\" is not an absolute path.");
+    if (LeafName(inPath).empty())
+        throw BurnFailure(paramErr, "The root folder has no name on a disc.");
+    if (stat(inPath.c_str(), &facts) != 0) throw FailureFromErrno(errno, inPath);
+}
+
+}  // namespace
+
 void DiscDocument::Add(const std::vector<std::string>& inPaths) {
-    std::set<std::string> names;
-    for (const auto& path : paths) names.insert(LeafName(path));
+    std::set<std::string> added;
     for (const auto& path : inPaths) {
-        struct stat facts = {};
-        if (path.empty() || path[0] != '/')
-            throw BurnFailure(paramErr, "\"" + path + "\" is not an absolute path.");
-        if (LeafName(path).empty())
-            throw BurnFailure(paramErr, "The root folder has no name on a disc.");
-        if (stat(path.c_str(), &facts) != 0) throw FailureFromErrno(errno, path);
-        if (!names.insert(LeafName(path)).second)
-            throw BurnFailure(dupFNErr,
-                              "The disc has an item called \"" + LeafName(path) + "\" already.");
+        CheckIsThere(path);
+        const std::string name = LeafName(path);
+        if (names.contains(name) || !added.insert(name).second)
+            throw BurnFailure(dupFNErr, "The disc has an item called \"" + name + "\" already.");
     }
     paths.insert(paths.end(), inPaths.begin(), inPaths.end());
+    names.merge(added);
 }
 
 DiscDocument MakeDocument(OSType inKind) {

@@ -3,6 +3,7 @@
 
 #include <Carbon/MacTypes.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,7 @@ struct DiscDocument {
     std::string outputPath;  // empty: the drive chooses
     bool replace = false;    // an existing file of that name
     std::vector<std::string> paths;
+    std::set<std::string> names;  // of these on the disc
 
     // All of them or none: dupFNErr when two items of the disc would have the same name, fnfErr
     // when one is not there.

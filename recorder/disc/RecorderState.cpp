@@ -97,7 +97,7 @@ JobEnd RecorderState::Write(const WriteOptions& inOptions) {
 }
 
 JobEnd RecorderState::RequestBlankDisc() {
-    Settle();
+    RefuseOthers();
     mEngine.RequestBlankDisc(DriveForDisc(), kPatienceForBlankDisc);
     mEnds.erase(mHost);
     return KeepEnd();
@@ -133,8 +133,17 @@ BurnEngine::Snapshot RecorderState::Job() {
 }
 
 void RecorderState::Eject() {
-    RefuseWhileBusy();
+    RefuseOthers();
     mEngine.Eject(ChosenDrive());
+}
+
+// Somebody has to be able to stop a job whose host has died, and a request for a blank disc, since
+// its host waits for the answer.
+void RecorderState::Cancel() {
+    Settle();
+    if (mWriting && IsOther(mOwner))
+        throw BurnFailure(fBsyErr, "This is the disc of another program.");
+    mEngine.Cancel();
 }
 
 void RecorderState::SetSimulating(bool inOn) {

@@ -28,7 +28,7 @@ using JobEnd = std::shared_ptr<const std::optional<BurnEngine::Snapshot>>;
 
 // For one thread; only the engine below it is for all. What a running job makes impossible is
 // refused with fBsyErr, and so is what would change the disc that another living host is putting
-// together or writing.
+// together or writing, or the medium it is for.
 class RecorderState {
   public:
     RecorderState(DriveSource& inDrives, std::function<bool(HostId)> inIsAlive);
@@ -53,6 +53,7 @@ class RecorderState {
     JobEnd RequestBlankDisc();
     void ForgetRequest();
     void Eject();
+    void Cancel();
 
     const std::string& ChosenDrive();
     void ChooseDrive(const std::string& inIdentifier);

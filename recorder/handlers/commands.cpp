@@ -179,7 +179,7 @@ void HandleEndSession(Recorder& inRecorder, const AppleEvent& inEvent, AppleEven
 void HandleCancel(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
     CheckIsDisc(inEvent);
     RefuseUnreadParameters(inEvent);
-    inRecorder.state.Engine().Cancel();
+    inRecorder.state.Cancel();
 }
 
 void HandleOpen(Recorder&, const AppleEvent&, AppleEvent&) {}

@@ -97,6 +97,8 @@ const auto kProperties = std::to_array<Property>({
      nullptr},
     {kDiscClass, 'vfyd', [](auto& s, auto&, Out o) { MakeBoolean(s.Job().result.verified, o); },
      nullptr},
+    {kDiscClass, 'siml', [](auto& s, auto&, Out o) { MakeBoolean(s.Job().result.simulated, o); },
+     nullptr},
     {kDiscClass, 'rPth', [](auto& s, auto&, Out o) { MakeText(s.Job().result.path, o); }, nullptr},
     {kDiscClass, 'eCod', [](auto& s, auto&, Out o) { MakeNumber(s.Job().progress.errorCode, o); },
      nullptr},

@@ -178,6 +178,7 @@ TEST_F(Burn, JsonEndsWithTheSummary) {
     EXPECT_EQ(last["event"], "done");
     EXPECT_EQ(last["image"], mImage);
     EXPECT_EQ(last["verified"], true);
+    EXPECT_EQ(last["simulated"], false);
 }
 
 TEST_F(Burn, LeavesNoProcessBehind) {

@@ -94,6 +94,33 @@ TEST_F(Walk, NamesThatJolietChangesAreReported) {
                             HasSubstr("what?: the name"), HasSubstr("more than 103 characters")));
 }
 
+TEST_F(Walk, LinksThatJolietCannotHoldAreReported) {
+    fs::create_symlink("nowhere", mSource / "way");
+    EXPECT_THAT(Of({mSource}).report,
+                ElementsAre(AllOf(HasSubstr("source/way: a symbolic link"), HasSubstr("Joliet"))));
+}
+
+TEST_F(Walk, NamesThatAreOneToHFSPlusAreReportedForAHybrid) {
+    for (const char* name : {"Readme", "README", "other", "caf\xC3\xA9", "cafe\xCC\x81", "STRASSE"})
+        Put(mSource / name, 1);
+    Put(mSource / "deep/README", 1);
+    const auto everything = [](size_t, const std::string&) { return true; };
+    EXPECT_THAT(WalkSources({mSource}, true, everything).report,
+                UnorderedElementsAre(
+                    AllOf(HasSubstr("source/README: HFS+"), HasSubstr("\"Readme\"")),
+                    AllOf(HasSubstr("source/cafe\xCC\x81: HFS+"), HasSubstr("\"caf\xC3\xA9\""))));
+    EXPECT_THAT(WalkSources({mSource}, false, everything).report, IsEmpty());
+}
+
+TEST_F(Walk, ItemsThatAreOneToHFSPlusAreReportedForAHybrid) {
+    Put(mSource / "a", 1);
+    Put(mRoot / "elsewhere/A", 1);
+    EXPECT_THAT(WalkSources({mSource / "a", mRoot / "elsewhere/A"}, true,
+                            [](size_t, const std::string&) { return true; })
+                    .report,
+                ElementsAre(HasSubstr("HFS+ cannot tell its name")));
+}
+
 TEST_F(Walk, UnreadableFilesAndFoldersAreNamed) {
     Put(mSource / "secret", 1);
     fs::create_directory(mSource / "closed");

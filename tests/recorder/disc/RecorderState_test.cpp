@@ -1,5 +1,6 @@
 #include "disc/RecorderState.h"
 
+#include <atomic>
 #include <set>
 
 #include "recorder/EngineTest.h"
@@ -64,6 +65,54 @@ TEST_F(Hosts, ADiscInTheMakingIsItsHostsAlone) {
     EXPECT_EQ(Add(kFirst), noErr);
     EXPECT_EQ(Write(kFirst), noErr);
     Quiet();
+}
+
+TEST_F(Hosts, TheMediumOfADiscInTheMakingIsItsHostsAlone) {
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.RequestBlankDisc(); }), fBsyErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.Eject(); }), fBsyErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.RequestBlankDisc(); }), noErr);
+    Quiet();
+    EXPECT_EQ(As(kFirst, [&] { mState.Eject(); }), noErr);
+    mAlive.erase(kFirst);
+    EXPECT_EQ(As(kSecond, [&] { mState.Eject(); }), noErr);
+}
+
+TEST_F(Hosts, AJobIsCancelledByItsHostAndByOthersOnceThatHasDied) {
+    std::atomic<bool> mayEnd = false;
+    mScript.beforeFinish = [&] {
+        while (!mayEnd) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    };
+    ASSERT_EQ(Make(kFirst), noErr);
+    ASSERT_EQ(Add(kFirst), noErr);
+    ASSERT_EQ(Write(kFirst), noErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.Cancel(); }), fBsyErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.Cancel(); }), noErr);
+    mAlive.erase(kFirst);
+    EXPECT_EQ(As(kSecond, [&] { mState.Cancel(); }), noErr);
+    mayEnd = true;
+    Quiet();
+}
+
+TEST_F(Hosts, CancellingWithoutAJobIsNoErrorForAnybody) {
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(As(kSecond, [&] { mState.Cancel(); }), noErr);
+}
+
+TEST_F(Hosts, AddedNamesAreRememberedAllOrNone) {
+    Put(mSource / "other/file", 1);
+    Put(mSource / "new", 1);
+    const auto add = [&](std::vector<std::string> paths) {
+        return As(kFirst, [&] { mState.AddItems(paths); });
+    };
+    ASSERT_EQ(Make(kFirst), noErr);
+    ASSERT_EQ(add({mSource / "file"}), noErr);
+    EXPECT_EQ(add({mSource / "new", mSource / "other/file"}), dupFNErr);
+    EXPECT_EQ(add({mSource / "new", mSource / "new"}), dupFNErr);
+    EXPECT_EQ(mState.Disc().paths.size(), 1u);
+    EXPECT_EQ(add({mSource / "new"}), noErr);
+    ASSERT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(add({mSource / "other/file"}), noErr) << "another disc";
 }
 
 TEST_F(Hosts, ADiscIsFreeOnceItIsWrittenOrItsHostHasLeftOrDied) {

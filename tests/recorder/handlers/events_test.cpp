@@ -179,6 +179,9 @@ TEST_F(Recorder, SimulationLeavesNothing) {
     ASSERT_TRUE(Eventually([] { return !VantorIsMirelBusy(); }));
     EXPECT_EQ(Status(), 0);
     EXPECT_THAT(cli::GetText(kDisc, 'sTxt'), HasSubstr("Simulated"));
+    EXPECT_TRUE(cli::GetBoolean(kDisc, 'siml'));
+    ASSERT_EQ(VantorSetSimulationMode(false), noErr);
+    EXPECT_TRUE(cli::GetBoolean(kDisc, 'siml')) << "what was done, not what is set";
     EXPECT_THAT(NamesIn(mRoot), ElementsAre("source"));
 }
 
@@ -245,16 +248,31 @@ TEST_F(Recorder, CancelledRequestIsUserCancelled) {
     BeManual();
     const pid_t child = fork();
     if (child == 0) {
-        SInt32 media = 0;
-        const SInt32 result = VantorRequestBlankDisc(&media);
-        _exit(result == userCanceledErr && media == userCanceledErr ? 42 : 1);
+        const bool isWaiting = Eventually([] { return Status() == 2; });
+        const std::string text = cli::GetText(kDisc, 'sTxt');
+        cli::CancelJob();
+        _exit(isWaiting && text.find("waiting for a blank disc") != text.npos ? 42 : 1);
     }
-    ASSERT_TRUE(Eventually([] { return Status() == 2; }));
-    EXPECT_THAT(cli::GetText(kDisc, 'sTxt'), HasSubstr("waiting for a blank disc"));
-    cli::CancelJob();
+    SInt32 media = 0;
+    EXPECT_EQ(VantorRequestBlankDisc(&media), userCanceledErr);
+    EXPECT_EQ(media, userCanceledErr);
     int status = 0;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(WEXITSTATUS(status), 42);
+}
+
+// The disc in the making is the fixture's.
+TEST_F(Recorder, AnotherHostsMediumIsLeftAlone) {
+    const pid_t child = fork();
+    if (child == 0) {
+        SInt32 media = 0;
+        _exit(VantorRequestBlankDisc(&media) == fBsyErr && VantorEjectDisc() == fBsyErr ? 42 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(WEXITSTATUS(status), 42);
+    EXPECT_EQ(VantorRequestBlankDisc(nullptr), noErr);
+    EXPECT_EQ(VantorEjectDisc(), noErr);
 }
 
 TEST_F(Recorder, CancelStopsAWriteWithinTwoSeconds) {
