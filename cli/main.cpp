@@ -148,6 +148,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
     AddResources(ioApp, ioLine);
+    AddSimple(ioApp, ioLine, "volumes", "List the volumes and what they can do", ShowVolumes);
 }
 
 int Report(const Failure& inFailure, bool inJson) {

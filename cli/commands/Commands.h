@@ -49,6 +49,7 @@ void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);
 void ShowDrives(bool inJson);
 void ShowProcesses(bool inJson);
+void ShowVolumes(bool inJson);
 
 void RequestBlank(bool inJson);
 void Eject(bool inJson);
