@@ -147,7 +147,8 @@ OSErr FindIconOnVolume(ConstStr255Param inVolumeName, FSVolumeRefNum inVRefNum, 
     err = GetDesktopFileName(volume, name);
     if (err != noErr) return err;
     const StDesktopFile desktop(volume, name);
-    return desktop.IsOpen() ? FindIcon(inIconType, inCreator, inFileType, outIcon) : ResError();
+    return desktop.IsOpen() ? FindIcon(inIconType, inCreator, inFileType, outIcon)
+                            : desktop.Error();
 }
 
 }  // namespace
