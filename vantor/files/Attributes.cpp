@@ -33,12 +33,6 @@ OSErr ReadParms(FSVolumeRefNum inVRefNum, ConstStr255Param inName,
     return HGetVolParms(inName, inVRefNum, outParms, &size);
 }
 
-// A folder's own rights, without what they allow the user who asks: that cannot be set.
-SInt32 RightsOfFolder(SInt32 inRights) {
-    return inRights & ~(kioACAccessOwnerMask | kioACAccessUserSearchMask | kioACAccessUserReadMask |
-                        kioACAccessUserWriteMask);
-}
-
 bool SameServer(const GetVolParmsInfoBuffer& inSource, const GetVolParmsInfoBuffer& inOther) {
     return hasAccessCntl(&inSource) &&
            GetVolParmsInfoServerAdr(&inSource) == GetVolParmsInfoServerAdr(&inOther);
@@ -85,7 +79,7 @@ OSErr CopyDirectoryAccess(FSVolumeRefNum inSourceVRefNum, SInt32 inSourceDirID,
     err = HGetDirAccess(inSourceVRefNum, inSourceDirID, inSourceName, &owner, &group, &rights);
     if (err != noErr) return err;
     return HSetDirAccess(inDestinationVRefNum, inDestinationDirID, inDestinationName, owner, group,
-                         RightsOfFolder(rights));
+                         rights);
 }
 
 OSErr FSpCopyDirectoryAccess(const FSSpec* inSource, const FSSpec* inDestination) {

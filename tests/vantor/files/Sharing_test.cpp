@@ -92,19 +92,28 @@ TEST_F(Sharing, CopiesAreRefusedByAVolumeThatMakesNone) {
     EXPECT_FALSE(plain.Has("Folder/File"));
 }
 
-TEST_F(Sharing, SharePointsAndForeignRightsAreNotHere) {
+TEST_F(Sharing, ForeignRightsAreOwnerGroupAndMode) {
+    const auto path = mDisk.Root() / "File";
+    chmod(path.c_str(), 0640);
+    SInt32 size = 0, owner = -1, group = -1, mode = -1, access = -1;
+    ASSERT_EQ(FSpGetForeignPrivs(&mFile, nullptr, &size, &owner, &group, &mode, &access), noErr);
+    EXPECT_EQ(owner, SInt32(geteuid()));
+    EXPECT_EQ(mode, 0640);
+    EXPECT_EQ(size, 0);
+    ASSERT_EQ(FSpSetForeignPrivs(&mFile, nullptr, &size, owner, group, 0600, access), noErr);
+    EXPECT_EQ(GetForeignPrivs(mDisk.Number(), 2, PString("File"), nullptr, &size, &owner, &group,
+                              &mode, &access),
+              noErr);
+    EXPECT_EQ(mode, 0600);
+    EXPECT_EQ(SetForeignPrivs(mDisk.Number(), 2, PString("None"), nullptr, &size, 0, 0, 0600, 0),
+              fnfErr);
+}
+
+TEST_F(Sharing, SharePointsAndLogInsAreNotHere) {
     EXPECT_EQ(FSpShare(&mFolderSpec), paramErr);
     EXPECT_EQ(FSpUnshare(&mFolderSpec), paramErr);
     EXPECT_EQ(Share(mDisk.Number(), mFolder, nullptr), paramErr);
     EXPECT_EQ(Unshare(mDisk.Number(), mFolder, nullptr), paramErr);
-    char buffer[16];
-    SInt32 size = sizeof buffer, numbers[4] = {1, 2, 3, 4};
-    EXPECT_EQ(FSpGetForeignPrivs(&mFile, buffer, &size, &numbers[0], &numbers[1], &numbers[2],
-                                 &numbers[3]),
-              paramErr);
-    EXPECT_EQ(size, SInt32(sizeof buffer));
-    EXPECT_EQ(numbers[3], 4);
-    EXPECT_EQ(FSpSetForeignPrivs(&mFile, buffer, &size, 1, 2, 3, 4), paramErr);
     SInt16 method = 9;
     Str31 user;
     EXPECT_EQ(HGetLogInInfo(mDisk.Number(), &method, user), paramErr);
