@@ -1,5 +1,6 @@
 // Searching a volume for its files, through the index and walking, beside plain walks over the same
-// folders. One iteration is one search over the whole tree; each prints its median.
+// folders. One iteration is one search over the whole tree; each prints its fastest,
+// which says most on a busy machine.
 //   search_volume FOLDER FILES [ROUNDS]
 // makes a tree of so many files, 50 in a folder, each with type and creator in an attribute of 32
 // bytes, one in a thousand with "report" in its name, and ten of a type of their own.
@@ -71,9 +72,8 @@ double Milliseconds(const std::function<void()>& inWork) {
     return time.count();
 }
 
-void Print(const char* inName, std::vector<double> inTimes) {
-    std::sort(inTimes.begin(), inTimes.end());
-    std::printf("%s %.3f ms\n", inName, inTimes[inTimes.size() / 2]);
+void Print(const char* inName, const std::vector<double>& inTimes) {
+    std::printf("%s %.3f ms\n", inName, *std::min_element(inTimes.begin(), inTimes.end()));
 }
 
 // What a plain program does: names, with a look at each file, with an attribute of each file.

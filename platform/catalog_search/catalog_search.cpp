@@ -210,7 +210,8 @@ OSErr Search(CSParam& ioBlock) {
     const Volume* found = VolumeByName(*catalog, ioBlock.ioNamePtr, ioBlock.ioVRefNum);
     if (!found) return nsvErr;
     const Volume volume = *found;
-    if (Lacks(volume, kPlatformMountNoCatalogSearch)) return paramErr;
+    const bool hasIndex = !volume.tablePath.empty();
+    if (!hasIndex || Lacks(volume, kPlatformMountNoCatalogSearch)) return paramErr;
     return SearchVolume(*catalog, volume, criteria, ioBlock, deadline);
 }
 

@@ -2,7 +2,6 @@
 #include "catalog_search/search_index.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <unordered_map>
@@ -65,12 +64,36 @@ bool SearchIndex::IsFresh() const {
     return !mFolders.empty() && Clock::now() - mCompared < mEffort;
 }
 
-// Another file system that is mounted on a folder is not this volume.
-bool SearchIndex::IsChanged(SearchFolder& ioFolder, const std::string& inPath) {
-    struct stat facts;
+bool SearchIndex::IsOthers(const SearchFolder& inFolder) const {
+    return mOtherNames.count(inFolder.name) != 0 && mOthers.count(PathOf(inFolder)) != 0;
+}
+
+bool SearchIndex::HasSibling(const SearchFolder& inFolder) const {
+    const auto next = size_t(&inFolder - mFolders.data()) + 1;
+    return next < mFolders.size() && mFolders[next].parent == inFolder.parent;
+}
+
+// Most folders stand behind one another with their siblings: from the open parent the kernel has
+// one name to follow, not a path.
+int SearchIndex::LookAt(const SearchFolder& inFolder, struct stat* outFacts) {
     const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
-    const bool isThere =
-        fstatat(AT_FDCWD, inPath.c_str(), &facts, flags) == 0 && S_ISDIR(facts.st_mode);
+    const bool isOpen = mParent && mParentPlace == inFolder.parent;
+    const bool isRoot = &inFolder == mFolders.data();
+    if (!isOpen && !isRoot && HasSibling(inFolder)) {
+        const auto path = PathOf(mFolders[inFolder.parent]);
+        mParent = UniqueFd(open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        mParentPlace = inFolder.parent;
+    }
+    if (!isRoot && mParent && mParentPlace == inFolder.parent) {
+        return fstatat(mParent.Get(), inFolder.name.c_str(), outFacts, flags);
+    }
+    return fstatat(AT_FDCWD, PathOf(inFolder).c_str(), outFacts, flags);
+}
+
+// Another file system that is mounted on a folder is not this volume.
+bool SearchIndex::IsChanged(SearchFolder& ioFolder) {
+    struct stat facts;
+    const bool isThere = LookAt(ioFolder, &facts) == 0 && S_ISDIR(facts.st_mode);
     ioFolder.isHidden = !isThere || facts.st_dev != mDevice;
     if (ioFolder.isHidden) return false;
     return !ioFolder.isSettled || ioFolder.inode != facts.st_ino ||
@@ -78,45 +101,49 @@ bool SearchIndex::IsChanged(SearchFolder& ioFolder, const std::string& inPath) {
            ioFolder.changed != Nanoseconds(facts.st_ctim);
 }
 
-void SearchIndex::Compare(UInt32 inPlace, const std::set<std::string>& inOthers) {
+void SearchIndex::Compare(UInt32 inPlace) {
     SearchFolder& folder = mFolders[inPlace];
     folder.isHidden = folder.isGone || (inPlace > 0 && mFolders[folder.parent].isHidden);
     if (folder.isHidden) return;
-    const auto path = PathOf(folder);
-    if (inPlace > 0 && inOthers.count(path) != 0) {
+    if (inPlace > 0 && IsOthers(folder)) {
         folder.isHidden = true;
-    } else if (IsChanged(folder, path)) {
+    } else if (IsChanged(folder)) {
         mPending.push_back(inPlace);
     }
 }
 
 // False when the time is over.
-bool SearchIndex::FindChanged(const std::set<std::string>& inOthers, Moment inDeadline) {
+bool SearchIndex::FindChanged(Moment inDeadline) {
     if (mNext == 0) mPending.clear();
+    mParent = UniqueFd();
     for (UInt32 done = 1; mNext < mFolders.size(); ++done) {
-        Compare(mNext++, inOthers);
-        if (done % kFoldersPerLook == 0 && IsOver(inDeadline)) return mNext == mFolders.size();
+        Compare(mNext++);
+        if (done % kFoldersPerLook == 0 && IsOver(inDeadline)) break;
     }
-    return true;
+    mParent = UniqueFd();
+    return mNext == mFolders.size();
 }
 
 Refreshed SearchIndex::Refresh(const Volume& inVolume, const std::set<std::string>& inOthers,
                                Moment inDeadline) {
     mRoot = inVolume.root;
     mDevice = inVolume.device;
+    mOthers = inOthers;
+    mOtherNames.clear();
+    for (const auto& root : mOthers) mOtherNames.insert(LeafOfPath(root));
     SInt64 version;
     do {
         if (!LoadIfStale()) return Refreshed::kFailed;
         version = mVersion;
         const Moment start = Clock::now();
         const bool isWhole = mNext == 0;
-        if (!FindChanged(inOthers, inDeadline)) return Refreshed::kTimeOver;
+        if (!FindChanged(inDeadline)) return Refreshed::kTimeOver;
         mNext = 0;
         mChildren.reset();
         mCompared = Clock::now();
         mEffort = isWhole ? mCompared - start : Clock::duration::zero();
         while (!mPending.empty() && version == mVersion) {
-            if (!ReadSome(inDeadline, inOthers)) return Refreshed::kFailed;
+            if (!ReadSome(inDeadline)) return Refreshed::kFailed;
             if (!mPending.empty() && IsOver(inDeadline)) return Refreshed::kTimeOver;
         }
     } while (version != mVersion);  // another process wrote: its work is not done twice
@@ -124,7 +151,7 @@ Refreshed SearchIndex::Refresh(const Volume& inVolume, const std::set<std::strin
 }
 
 // Reads folders from the end of the list, and writes them at one stroke.
-bool SearchIndex::ReadSome(Moment inDeadline, const std::set<std::string>& inOthers) {
+bool SearchIndex::ReadSome(Moment inDeadline) {
     Transaction transaction(mStore->File());
     if (!transaction.IsOpen()) return false;
     if (mStore->DataVersion() != mVersion) {
@@ -137,8 +164,8 @@ bool SearchIndex::ReadSome(Moment inDeadline, const std::set<std::string>& inOth
         mPending.pop_back();
         SearchFolder& folder = mFolders[place];
         const bool isRoot = place == 0;
-        folder.isHidden = !isRoot && (folder.isGone || mFolders[folder.parent].isHidden ||
-                                      inOthers.count(PathOf(folder)) != 0);
+        folder.isHidden =
+            !isRoot && (folder.isGone || mFolders[folder.parent].isHidden || IsOthers(folder));
         if (!folder.isHidden) isSound = ReadOne(place);
         if (i % kFoldersPerLook == 0 && IsOver(inDeadline)) break;
     }

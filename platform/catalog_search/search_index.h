@@ -1,12 +1,15 @@
 // The folders of one volume as the index knows them, and keeping them true.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <optional>
 #include <set>
 
 #include "catalog_search/folder_reader.h"
 #include "catalog_search/search_store.h"
 #include "file_manager/volume_registry.h"
+#include "posix/UniqueFd.h"
 #include "posix/deadline.h"
 
 namespace carbon {
@@ -44,10 +47,13 @@ class SearchIndex {
     explicit SearchIndex(std::unique_ptr<SearchStore> inStore) : mStore(std::move(inStore)) {}
 
     bool LoadIfStale();
-    bool FindChanged(const std::set<std::string>& inOthers, Moment inDeadline);
-    void Compare(UInt32 inPlace, const std::set<std::string>& inOthers);
-    bool IsChanged(SearchFolder& ioFolder, const std::string& inPath);
-    bool ReadSome(Moment inDeadline, const std::set<std::string>& inOthers);
+    bool FindChanged(Moment inDeadline);
+    void Compare(UInt32 inPlace);
+    bool IsOthers(const SearchFolder& inFolder) const;
+    bool IsChanged(SearchFolder& ioFolder);
+    int LookAt(const SearchFolder& inFolder, struct stat* outFacts);
+    bool HasSibling(const SearchFolder& inFolder) const;
+    bool ReadSome(Moment inDeadline);
     bool ReadOne(UInt32 inPlace);
     bool Store(UInt32 inPlace, const FolderContents& inContents);
     bool UpdateChildren(UInt32 inPlace, const std::vector<std::string>& inNames);
@@ -58,6 +64,10 @@ class SearchIndex {
     std::unique_ptr<SearchStore> mStore;
     std::string mRoot;
     UInt64 mDevice = 0;
+    std::set<std::string> mOthers;      // roots of other volumes
+    std::set<std::string> mOtherNames;  // and their last parts, to tell most folders quickly
+    UInt32 mParentPlace = 0;            // the folder that is open to look at those in it
+    UniqueFd mParent;
     std::vector<SearchFolder> mFolders;
     UInt32 mNext = 0;  // the folder that is compared next; a comparison may be cut short
     Places mPending;   // folders to be read

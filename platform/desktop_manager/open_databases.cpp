@@ -41,7 +41,9 @@ OSErr FindNamed(Objects& ioObjects, ConstStr255Param inName, FSVolumeRefNum inVo
     const Volume* volume = VolumeByName(ioObjects, inName, inVolume);
     if (!volume) return nsvErr;
     *outVolume = *volume;
-    return Lacks(*volume, kPlatformMountNoDesktopManager) ? OSErr(extFSErr) : OSErr(noErr);
+    const bool hasPlace = !volume->tablePath.empty();
+    const bool hasNone = !hasPlace || Lacks(*volume, kPlatformMountNoDesktopManager);
+    return hasNone ? OSErr(extFSErr) : OSErr(noErr);
 }
 
 OSErr VolumeOfNumber(Objects& ioObjects, SInt16 inNumber, Volume* outVolume) {
