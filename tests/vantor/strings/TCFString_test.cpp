@@ -53,7 +53,8 @@ TEST(TCFString, SharesItsStringWithItsCopies) {
         third = other;
         EXPECT_EQ(third.StringRef(), one.StringRef());
         EXPECT_EQ(References(one), 3);
-        third = third;
+        const TCFString& same = third;
+        third = same;
         third = one;
         EXPECT_EQ(References(one), 3);
     }
