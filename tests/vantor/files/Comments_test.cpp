@@ -66,7 +66,12 @@ TEST_F(Comments, AreCopiedUnlessEmpty) {
     ASSERT_EQ(FSpDTSetComment(&mFile, PString("text")), noErr);
     ASSERT_EQ(FSpDTCopyComment(&mFile, &mOther), noErr);
     EXPECT_EQ(CommentOf(mOther), "text");
-    EXPECT_EQ(FSpDTCopyComment(&mFolderSpec, &mOther), afpItemNotFound);
+    ASSERT_EQ(DTCopyComment(mDisk.Number(), fsRtDirID, PString("Other"), mDisk.Number(), mFolder,
+                            nullptr),
+              noErr);
+    EXPECT_EQ(CommentOf(mFolderSpec), "text") << "of the directory itself";
+    const FSSpec none = mDisk.MakeFile("None");
+    EXPECT_EQ(FSpDTCopyComment(&none, &mOther), afpItemNotFound);
     ASSERT_EQ(FSpDTSetComment(&mFile, PString("")), noErr);
     FSpDTCopyComment(&mFile, &mOther);
     EXPECT_EQ(CommentOf(mOther), "text");

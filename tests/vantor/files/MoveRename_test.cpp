@@ -99,6 +99,18 @@ TEST_F(MoveRename, IsOneCallAlsoWithoutANewName) {
     EXPECT_EQ(sMoveRenames, 1);
 }
 
+TEST_F(MoveRename, IsRefusedByVolumesWithoutTheCallItself) {
+    EXPECT_EQ(HMoveRename(mDisk.Number(), mFrom, PString("File"), mTo, nullptr, PString("New")),
+              noErr);
+    EXPECT_TRUE(HasMoved());
+    const MountedVolume plain(kPlatformMountNoMoveRename, "Plain");
+    const SInt32 folder = plain.MakeFolder("Folder");
+    plain.MakeFile("File");
+    EXPECT_EQ(HMoveRename(plain.Number(), 2, PString("File"), folder, nullptr, PString("New")),
+              paramErr);
+    EXPECT_TRUE(plain.Has("File"));
+}
+
 TEST_F(MoveRename, GivesTheCallsOwnErrorBack) {
     mDisk.MakeFile("To/New");
     EXPECT_EQ(Move("File", PString("New")), dupFNErr);

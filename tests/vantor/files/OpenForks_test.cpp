@@ -159,6 +159,21 @@ TEST_F(OpenForks, GiveANumberBackAlsoWhenOpeningFails) {
     }
 }
 
+TEST_F(OpenForks, FindTheFileByVolumeDirectoryAndName) {
+    const MountedVolume disk;
+    const SInt32 folder = disk.MakeFolder("Folder");
+    disk.MakeFile("Folder/File", "text");
+    SInt16 data = 0, resource = 0;
+    ASSERT_EQ(HOpenAware(disk.Number(), folder, PString("File"), 1, &data), noErr);
+    ASSERT_EQ(HOpenRFAware(0, 0, PString("Disk:Folder:File"), 1, &resource), noErr);
+    mForks = {data, resource};
+    SInt32 length = -1;
+    EXPECT_EQ(GetEOF(data, &length), noErr);
+    EXPECT_EQ(length, 4);
+    EXPECT_EQ(GetEOF(resource, &length), noErr);
+    EXPECT_EQ(length, 0);
+}
+
 TEST_F(OpenForks, ShareWritingAndTellTheSecondWhoWritesAlone) {
     const MountedVolume disk(kPlatformMountNoOpenDeny);
     const FSSpec file = disk.MakeFile("File", "text");
