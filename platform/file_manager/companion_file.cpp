@@ -72,14 +72,18 @@ OSErr CopyFork(const Companion& inCompanion, int inTarget) {
     return noErr;
 }
 
-// Belongs to whom the object belongs to, and shows no one more than the object does.
+// Belongs to whom the object belongs to, and shows no one more than the object does. A file system
+// that keeps no owners or modes shows all its files alike.
 OSErr AdoptOwner(int inFile, const struct stat& inObject) {
+    const auto result = [](int inResult) {
+        const bool isUnknown = errno == EPERM || errno == EOPNOTSUPP;
+        return inResult == 0 || isUnknown ? OSErr(noErr) : CompanionError(errno);
+    };
     const bool isAnothers = geteuid() == 0 && inObject.st_uid != 0;
-    if (isAnothers && fchown(inFile, inObject.st_uid, inObject.st_gid) != 0) {
-        return CompanionError(errno);
-    }
     const mode_t mode = (inObject.st_mode & 0666) | S_IRUSR | S_IWUSR;
-    return fchmod(inFile, mode) == 0 ? OSErr(noErr) : CompanionError(errno);
+    const OSErr error = result(fchmod(inFile, mode));
+    if (error != noErr || !isAnothers) return error;
+    return result(fchown(inFile, inObject.st_uid, inObject.st_gid));
 }
 
 OSErr WriteCompanion(int inFile, const ObjectGuard& inGuard, std::span<const UInt8> inHead,
@@ -118,7 +122,7 @@ SharedCounter& ReplacedCompanions() {
 
 std::string UnfinishedCompanion(const MetadataOwner& inOwner, const struct stat& inObject) {
     char name[64];
-    std::snprintf(name, sizeof name, "%s%llx", kUnfinishedPrefix,
+    std::snprintf(name, sizeof name, "%s%x-%llx", kUnfinishedPrefix, unsigned(geteuid()),
                   static_cast<unsigned long long>(inObject.st_ino));
     return PathInFolder(ParentOfPath(inOwner.Companion()), name);
 }

@@ -32,7 +32,8 @@ OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
 // Counts the companions that any process of the user has replaced, for those who keep one open.
 SharedCounter& ReplacedCompanions();
 
-// The name that a companion of this object is written under at first.
+// The name that a companion of this object is written under at first: one for each user, since
+// guards are a user's.
 inline constexpr char kUnfinishedPrefix[] = "._~unfinished-";
 std::string UnfinishedCompanion(const MetadataOwner& inOwner, const struct stat& inObject);
 

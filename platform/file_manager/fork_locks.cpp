@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 
 namespace carbon {
@@ -49,6 +50,12 @@ ForkUses ForkUsesOfOthers(int inFile, Fork inFork) {
         if (IsHeld(inFile, inFork, use, 1)) uses |= ForkUses(1 << use);
     }
     return uses;
+}
+
+ForkUses UsesOfFork(const std::string& inPath, Fork inFork) {
+    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    const UniqueFd file(open(inPath.c_str(), flags));
+    return file ? ForkUsesOfOthers(file.Get(), inFork) : ForkUses(0);
 }
 
 }  // namespace carbon

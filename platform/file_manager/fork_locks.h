@@ -4,6 +4,8 @@
 
 #include <Carbon/MacTypes.h>
 
+#include <string>
+
 namespace carbon {
 
 enum class Fork : UInt8 { kData, kResource };
@@ -25,5 +27,8 @@ OSErr HoldForkUses(int inFile, Fork inFork, ForkUses inUses);
 
 // What others hold; `inFile` may be any opening of the file, and what it holds itself is not told.
 ForkUses ForkUsesOfOthers(int inFile, Fork inFork);
+
+// The same for the file at a path; none for what cannot be opened, and so has no forks open.
+ForkUses UsesOfFork(const std::string& inPath, Fork inFork);
 
 }  // namespace carbon

@@ -2,7 +2,6 @@
 #include "file_manager/fork_table.h"
 
 #include <Carbon/MacErrors.h>
-#include <fcntl.h>
 
 #include <algorithm>
 #include <limits>
@@ -113,11 +112,7 @@ UInt8 OpenForkAttributes(dev_t inDevice, ino_t inInode) {
 }
 
 bool IsOpenSomewhere(const std::string& inPath) {
-    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-    const UniqueFd file(open(inPath.c_str(), flags));
-    if (!file) return false;
-    return ForkUsesOfOthers(file.Get(), Fork::kData) != 0 ||
-           ForkUsesOfOthers(file.Get(), Fork::kResource) != 0;
+    return UsesOfFork(inPath, Fork::kData) != 0 || UsesOfFork(inPath, Fork::kResource) != 0;
 }
 
 }  // namespace carbon

@@ -74,9 +74,9 @@ OSErr TakeForChange(const MetadataOwner& inOwner, ObjectGuard* outGuard, Compani
     return outCompanion->state == CompanionState::kDamaged ? OSErr(ioErr) : OSErr(noErr);
 }
 
-bool IsWrittenInPlace(const ObjectGuard& inGuard) {
+bool IsWrittenInPlace(const MetadataOwner& inOwner, const ObjectGuard& inGuard) {
     return S_ISREG(inGuard.Facts().st_mode) &&
-           ForkUsesOfOthers(inGuard.File(), Fork::kResource) & kWritesInPlace;
+           UsesOfFork(inOwner.path, Fork::kResource) & kWritesInPlace;
 }
 
 // Whether it is this process that has the resource fork to itself.
@@ -116,7 +116,7 @@ OSErr ChangeMetadata(const MetadataOwner& inOwner, const MetadataChange& inChang
     if (IsSame(before, after)) return noErr;
     const AppleDoubleDocument old = companion.document;
     PutEntries(before, after, isFolder, &companion.document);
-    if (IsWrittenInPlace(guard)) return ChangeInPlace(inOwner, old, companion.document);
+    if (IsWrittenInPlace(inOwner, guard)) return ChangeInPlace(inOwner, old, companion.document);
     return ReplaceCompanion(inOwner, guard, companion);
 }
 
@@ -138,7 +138,7 @@ OSErr ReplaceResourceFork(const MetadataOwner& inOwner, std::span<const UInt8> i
     if (inBytes.size() > kLongestFork) return fileBoundsErr;
     if (const OSErr error = TakeForChange(inOwner, &guard, &companion)) return error;
     if (!S_ISREG(guard.Facts().st_mode)) return notAFileErr;
-    const bool isWritten = ForkUsesOfOthers(guard.File(), Fork::kResource) & kWrites;
+    const bool isWritten = UsesOfFork(inOwner.path, Fork::kResource) & kWrites;
     if (isWritten && !WritesAlone(guard.Facts())) return opWrErr;
     if (isWritten) PutFixedEntries(&companion.document);
     return ReplaceCompanion(inOwner, guard, companion, inBytes);

@@ -1,45 +1,51 @@
-// Owns the lock that a guard is: the kernel's, on the object itself.
+// Owns the locks that guards are: one file in the runtime folder has a byte for every object.
 #include "file_manager/object_guard.h"
 
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
-#include <sys/file.h>
 
 #include <cerrno>
 #include <chrono>
 #include <thread>
 
-#include "file_manager/object_status.h"
 #include "posix/os_err.h"
+#include "posix/runtime_folder.h"
 
 namespace carbon {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr auto kPatience = std::chrono::seconds(5);
 constexpr auto kPause = std::chrono::microseconds(500);
-constexpr int kOpenFlags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
 
-bool CanBeOpened(const struct stat& inFacts) {
-    return S_ISREG(inFacts.st_mode) || S_ISDIR(inFacts.st_mode);
+// Two objects that share a byte wait for each other, and that is all.
+off_t ByteOf(const struct stat& inFacts) {
+    constexpr UInt64 kFactor = 0x9E3779B97F4A7C15;
+    return off_t((inFacts.st_ino ^ inFacts.st_dev * kFactor) >> 2);
 }
 
-int OpenForLock(const std::string& inPath, const struct stat& inFacts) {
-    const auto path = CanBeOpened(inFacts) ? inPath : ParentOfPath(inPath);
-    const int file = open(path.c_str(), O_RDONLY | kOpenFlags);
-    return file < 0 && errno == EACCES ? open(path.c_str(), O_WRONLY | kOpenFlags) : file;
+OSErr OpenLocks(UniqueFd* outFile) {
+    std::string folder;
+    if (const OSErr error = RuntimeFolder(&folder)) return error;
+    const auto path = folder + "/guards";
+    *outFile = UniqueFd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+    return *outFile ? OSErr(noErr) : OSErrFromErrno(errno);
 }
 
-bool LockUntil(int inFile, std::chrono::steady_clock::time_point inDeadline) {
-    while (flock(inFile, LOCK_EX | LOCK_NB) != 0) {
-        if (errno != EWOULDBLOCK && errno != EINTR) return false;
-        if (std::chrono::steady_clock::now() > inDeadline) {
-            errno = EBUSY;
-            return false;
-        }
+OSErr LockUntil(int inFile, off_t inByte, Clock::time_point inDeadline) {
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = inByte;
+    lock.l_len = 1;
+    while (fcntl(inFile, F_OFD_SETLK, &lock) != 0) {
+        if (errno != EAGAIN && errno != EACCES && errno != EINTR) return OSErrFromErrno(errno);
+        if (Clock::now() > inDeadline) return fBsyErr;
         std::this_thread::sleep_for(kPause);
     }
-    return true;
+    return noErr;
 }
 
 bool IsSameObject(const struct stat& inOne, const struct stat& inOther) {
@@ -50,18 +56,14 @@ bool IsSameObject(const struct stat& inOne, const struct stat& inOther) {
 
 // What the path names may change until the lock is there, and then the lock is on the wrong object.
 OSErr ObjectGuard::Take(const std::string& inPath) {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
-    while (std::chrono::steady_clock::now() < deadline) {
-        struct stat before, now;
+    const auto deadline = Clock::now() + kPatience;
+    while (Clock::now() < deadline) {
+        struct stat before;
         if (lstat(inPath.c_str(), &before) != 0) return OSErrFromErrno(errno);
-        mFile = UniqueFd(OpenForLock(inPath, before));
-        if (!mFile && (errno == ELOOP || errno == ENOENT)) continue;
-        if (!mFile || !LockUntil(mFile.Get(), deadline)) return OSErrFromErrno(errno);
-        if (lstat(inPath.c_str(), &now) != 0) return OSErrFromErrno(errno);
-        if (fstat(mFile.Get(), &mFacts) != 0) return OSErrFromErrno(errno);
-        const bool isLocked = !CanBeOpened(now) || IsSameObject(now, mFacts);
-        mFacts = now;
-        if (isLocked && IsSameObject(now, before)) return noErr;
+        if (const OSErr error = OpenLocks(&mLock)) return error;
+        if (const OSErr error = LockUntil(mLock.Get(), ByteOf(before), deadline)) return error;
+        if (lstat(inPath.c_str(), &mFacts) != 0) return OSErrFromErrno(errno);
+        if (IsSameObject(mFacts, before)) return noErr;
     }
     return fBsyErr;
 }

@@ -10,20 +10,19 @@
 
 namespace carbon {
 
-// Held by one holder among all processes, until this is destroyed or the process ends. It follows
-// the object through renames. Nobody holds one while waiting for anything but another guard.
+// Held by one holder among all processes of the user, until this is destroyed or the process ends.
+// It follows the object through renames. Locks that other programs have on the object are theirs
+// and do not count here. Nobody holds one while waiting for anything else.
 class ObjectGuard {
   public:
-    // Waits for another holder, up to seconds: fBsyErr. fnfErr, dirNFErr, afpAccessDenied.
+    // Waits for another holder, up to seconds: fBsyErr. fnfErr, dirNFErr, afpAccessDenied; permErr
+    // where the runtime folder is not the user's own.
     OSErr Take(const std::string& inPath);
 
-    // The object itself, open at least for reading or writing; for a link or a device the folder
-    // that it lies in.
-    int File() const { return mFile.Get(); }
     const struct stat& Facts() const { return mFacts; }  // of the object
 
   private:
-    UniqueFd mFile;  // closing it unlocks
+    UniqueFd mLock;  // closing it unlocks
     struct stat mFacts {};
 };
 

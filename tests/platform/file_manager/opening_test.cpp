@@ -1,5 +1,6 @@
 // Who may open a fork beside whom, in this process and among several.
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <Platform/Platform.h>
@@ -7,6 +8,7 @@
 #include "ForkFixture.h"
 #include "file_manager/fork_table.h"
 #include "file_manager/metadata.h"
+#include "posix/UniqueFd.h"
 
 namespace {
 
@@ -258,6 +260,14 @@ TEST_F(OpeningTest, ForgetsAProcessThatWasKilled) {
     EXPECT_FALSE(carbon::IsOpenSomewhere(Path("File")));
     EXPECT_GT(Open("File", fsRdWrPerm), 0);
     EXPECT_GT(OpenResources("File", fsRdWrPerm), 0);
+}
+
+TEST_F(OpeningTest, IsNotHinderedByLocksThatOtherProgramsUse) {
+    const carbon::UniqueFd file(open(Path("File").c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_EQ(flock(file.Get(), LOCK_EX), 0);
+    EXPECT_EQ(Put(Open("File", fsRdWrPerm), "new"), noErr);
+    EXPECT_EQ(Put(OpenResources("File", fsRdWrPerm), "new"), noErr);
+    EXPECT_EQ(Lock(), noErr);
 }
 
 TEST_F(OpeningTest, NumbersPathsAfreshAndKnowsThoseThatAreNot) {
