@@ -47,4 +47,11 @@ std::vector<FSSpec> SpecsOf(const std::vector<std::string>& inPaths) {
     return specs;
 }
 
+FSSpec SpecFor(const std::string& inPath) {
+    FSSpec spec = {};
+    const OSStatus status = SpecOf(inPath, &spec);
+    if (status != noErr) throw Failure(inPath + ": " + SentenceFor(status), status);
+    return spec;
+}
+
 }  // namespace cli

@@ -13,4 +13,7 @@ namespace cli {
 // read.
 std::vector<FSSpec> SpecsOf(const std::vector<std::string>& inPaths);
 
+// The spec of one existing file or folder. Throws a Failure that names the path.
+FSSpec SpecFor(const std::string& inPath);
+
 }  // namespace cli

@@ -19,6 +19,7 @@ constexpr const char* kFooter =
     "  vantor burn ~/music --kind hybrid --simulate  try everything, leave nothing\n"
     "  vantor drives                                 where discs can be written\n"
     "  vantor status --json                          what the recorder is doing\n"
+    "  vantor info ~/photos/one.tif                  what a Mac would know of the file\n"
     "  vantor resources FILE --type 'STR ' --id 128  one resource of a Mac file\n"
     "\n"
     "Exit status:\n"
@@ -31,7 +32,7 @@ struct CommandLine {
     BurnRequest burn;
     FindRequest find;
     ResourcesRequest resources;
-    std::string mode, onOff;
+    std::string mode, onOff, file;
     bool json = false;
     std::function<void()> run;
 };
@@ -135,6 +136,15 @@ void AddFind(CLI::App& ioApp, CommandLine& ioLine) {
     });
 }
 
+void AddInfo(CLI::App& ioApp, CommandLine& ioLine) {
+    CLI::App* command =
+        ioApp.add_subcommand("info", "Tell type, creator, forks, dates and comment of a file");
+    command->add_option("FILE", ioLine.file, "A file or folder")->required();
+    AddJsonFlag(command, ioLine.json);
+    command->callback(
+        [&ioLine] { ioLine.run = [&ioLine] { ShowInfo(ioLine.file, ioLine.json); }; });
+}
+
 void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     ioApp.require_subcommand(1);
     ioApp.footer(kFooter);
@@ -145,6 +155,9 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
     AddMode(ioApp, ioLine);
     AddFind(ioApp, ioLine);
+}
+
+    AddInfo(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
     AddResources(ioApp, ioLine);

@@ -51,6 +51,8 @@ void ShowDrives(bool inJson);
 void ShowProcesses(bool inJson);
 void ShowVolumes(bool inJson);
 
+void ShowInfo(const std::string& inPath, bool inJson);
+
 void RequestBlank(bool inJson);
 void Eject(bool inJson);
 
