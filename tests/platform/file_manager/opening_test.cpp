@@ -262,6 +262,31 @@ TEST_F(OpeningTest, ForgetsAProcessThatWasKilled) {
     EXPECT_GT(OpenResources("File", fsRdWrPerm), 0);
 }
 
+TEST_F(OpeningTest, ShowsInTheCatalogAndKeepsTheFileFromDeletion) {
+    FSSpec spec = SpecOf(Path("File"));
+    const auto attributes = [&] {
+        CInfoPBRec block{};
+        block.hFileInfo.ioNamePtr = spec.name;
+        block.hFileInfo.ioVRefNum = spec.vRefNum;
+        block.hFileInfo.ioDirID = spec.parID;
+        EXPECT_EQ(PBGetCatInfoSync(&block), noErr);
+        return UInt8(block.hFileInfo.ioFlAttrib);
+    };
+    EXPECT_EQ(attributes(), 0);
+    Open("File", fsRdPerm);
+    EXPECT_EQ(attributes(), +kioFlAttribDataOpenMask | kioFlAttribFileOpenMask);
+    OpenResources("File", fsRdPerm);
+    EXPECT_EQ(attributes(),
+              +kioFlAttribDataOpenMask | kioFlAttribResOpenMask | kioFlAttribFileOpenMask);
+    EXPECT_EQ(FSpDelete(&spec), fBsyErr);
+    CloseAll();
+    ForkPeer peer;
+    ASSERT_EQ(peer.Open(Path("File"), "resource", fsRdPerm), noErr);
+    EXPECT_EQ(FSpDelete(&spec), fBsyErr);
+    peer.Kill();
+    EXPECT_EQ(FSpDelete(&spec), noErr);
+}
+
 TEST_F(OpeningTest, IsNotHinderedByLocksThatOtherProgramsUse) {
     const carbon::UniqueFd file(open(Path("File").c_str(), O_RDWR | O_CLOEXEC));
     ASSERT_EQ(flock(file.Get(), LOCK_EX), 0);
