@@ -1,43 +1,10 @@
 // Finding the desktop file and reading its list of applications.
 #include "vantor/files/DesktopFile.h"
 
-#include <cstring>
-
+#include "vantor/files/ApplicationList.h"
 #include "vantor/files/VolumeInfo.h"
-#include "vantor/foundation/BigEndian.h"
 
 namespace {
-
-// The list of applications: creator, directory and name of each, packed, at even offsets.
-class ApplicationList {
-  public:
-    explicit ApplicationList(Handle inList) : mList(inList), mSize(GetHandleSize(inList)) {}
-
-    // True when there is one; `outName` holds 256 bytes.
-    bool Find(OSType inCreator, SInt32* outParID, StringPtr outName) {
-        for (SInt32 at = 0; at + 9 <= mSize; at += EntryLength(at)) {
-            if (NumberAt(at) == inCreator && IsWhole(at)) {
-                *outParID = SInt32(NumberAt(at + 4));
-                std::memcpy(outName, *mList + at + 8, std::size_t{NameLength(at)} + 1);
-                return true;
-            }
-        }
-        return false;
-    }
-
-  private:
-    UInt8 NameLength(SInt32 inAt) const { return static_cast<UInt8>((*mList)[inAt + 8]); }
-    SInt32 EntryLength(SInt32 inAt) const { return (9 + NameLength(inAt) + 1) & ~1; }
-    bool IsWhole(SInt32 inAt) const { return inAt + 9 + NameLength(inAt) <= mSize; }
-    UInt32 NumberAt(SInt32 inAt) const {
-        UInt32 number;
-        std::memcpy(&number, *mList + inAt, sizeof number);
-        return NativeFromBigEndian(number);
-    }
-
-    Handle mList;
-    SInt32 mSize;
-};
 
 OSErr AskIndexedFile(FSVolumeRefNum inVRefNum, SInt16 inIndex, StringPtr outName, FInfo* outInfo) {
     HParamBlockRec block = {};

@@ -441,6 +441,21 @@ TEST_F(WalkingSearch, ReturnsOtherErrorsOfTheCatalog) {
     EXPECT_EQ(count, 0);
 }
 
+TEST_F(WalkingSearch, SeesAsManyItemsOfAFolderAsAnIndexCounts) {
+    gFileFaults.getCatalogInfo = [](CInfoPBPtr ioBlock) {
+        const SInt16 index = ioBlock->hFileInfo.ioFDirIndex;
+        if (index < 0) return REAL_CALL(PBGetCatInfoSync)(ioBlock);
+        EXPECT_GT(index, 0);
+        ioBlock->hFileInfo.ioFlParID = fsRtDirID;  // a file, whichever is asked for
+        ioBlock->hFileInfo.ioNamePtr[0] = 0;
+        return OSErr{noErr};
+    };
+    Search search(mVolume, fsSBFlParID, 40000);
+    search.values.hFileInfo.ioFlParID = search.masks.hFileInfo.ioFlParID = fsRtDirID;
+    EXPECT_EQ(search.Run(), eofErr);
+    EXPECT_EQ(+search.block.ioActMatchCount, 0x7FFF);
+}
+
 TEST_F(WalkingSearch, FolderTakenAwayUnderItIsAChangedCatalog) {
     mVolume.MakeFile("a/b/c");
     mVolume.MakeFile("a/b/d");
