@@ -155,8 +155,6 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
     AddMode(ioApp, ioLine);
     AddFind(ioApp, ioLine);
-}
-
     AddInfo(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
