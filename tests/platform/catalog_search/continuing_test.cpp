@@ -1,5 +1,6 @@
 // Searches that stop and go on, and an index that is always true: changes by anyone, other
 // processes, other volumes inside, damage.
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -223,6 +224,28 @@ TEST_F(ContinuedSearch, SurvivesFoldersThatVanishMeanwhile) {
     }
     isOver = true;
     other.join();
+}
+
+TEST_F(ContinuedSearch, IsTrueAfterAProcessWasKilledWhileReading) {
+    for (int round = 0; round < 15; ++round) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int i = 0;; ++i) {
+                const auto folder = "disk/" + std::to_string(round) + '-' + std::to_string(i);
+                MakeFolder(folder);
+                Write(folder + "/file " + std::to_string(round) + '-' + std::to_string(i));
+                All();
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(7 * round));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        Strings expected;
+        for (const auto& each : std::filesystem::recursive_directory_iterator(Path("disk"))) {
+            if (each.is_regular_file()) expected.insert(each.path().filename());
+        }
+        EXPECT_EQ(All(5000), expected) << round;
+    }
 }
 
 TEST_F(ContinuedSearch, ReadsAgainAfterDamage) {
