@@ -111,6 +111,7 @@ TEST(CommandLine, FolderOfSomeoneElseIsRefusedWithoutHanging) {
     fs::create_directories(runtime);
     ASSERT_EQ(chown(runtime.c_str(), 65534, 65534), 0);
     const auto result = Vantor({"media"});
+    EXPECT_EQ(chown(runtime.c_str(), 0, 0), 0);
     EXPECT_NE(result.exitCode, 0);
     EXPECT_THAT(result.errors, ContainsRegex("\\[-[0-9]+\\]"));
 }
@@ -126,6 +127,11 @@ class UnusableRecorder : public ::testing::Test {
                                      mRoot / "lib");
         fs::copy_file(ProgramFolder() + "/vantor", mRoot / "bin/vantor",
                       fs::copy_options::overwrite_existing);
+    }
+
+    ~UnusableRecorder() override {
+        fs::remove_all(mRoot);
+        fs::remove_all(gHome.Root() / "data/vantor/Applications");
     }
 
     void WriteBundle(const std::string& inVersion, const std::string& inName,
