@@ -19,6 +19,7 @@ constexpr const char* kFooter =
     "  vantor burn ~/music --kind hybrid --simulate  try everything, leave nothing\n"
     "  vantor drives                                 where discs can be written\n"
     "  vantor status --json                          what the recorder is doing\n"
+    "  vantor find --creator ttxt --type TEXT Disk   files of a volume by creator and type\n"
     "  vantor info ~/photos/one.tif                  what a Mac would know of the file\n"
     "  vantor resources FILE --type 'STR ' --id 128  one resource of a Mac file\n"
     "\n"

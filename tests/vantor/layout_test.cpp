@@ -9,6 +9,7 @@
 #include "vantor/containers/LArrayIterator.h"
 #include "vantor/containers/LComparator.h"
 #include "vantor/controller/CVantor.h"
+#include "vantor/files/LFile.h"
 #include "vantor/foundation/LException.h"
 #include "vantor/foundation/StHandle.h"
 #include "vantor/foundation/StPointer.h"
@@ -101,6 +102,27 @@ TEST(Slots, OfAnArray) {
                      Slot(&OpenArray::InternalCopyItem),
                      Slot(&OpenArray::GrabItemRangeSize)}),
               From2To(31));
+}
+
+class OpenFile : public LFile {
+  public:
+    std::vector<const void*> Fields() const {
+        return {this, &mSpec, &mDataForkRefNum, &mResourceForkRefNum};
+    }
+};
+
+TEST(Slots, OfAFile) {
+    EXPECT_EQ(
+        (Slots{Slot(&LFile::SetSpecifier), Slot(&LFile::MakeAlias), Slot(&LFile::CreateNewFile),
+               Slot(&LFile::CreateNewDataFile), Slot(&LFile::OpenDataFork),
+               Slot(&LFile::CloseDataFork), Slot(&LFile::ReadDataFork), Slot(&LFile::WriteDataFork),
+               Slot(&LFile::OpenResourceFork), Slot(&LFile::CloseResourceFork)}),
+        From2To(11));
+}
+
+TEST(Fields, OfAFileStandInTheirOrder) {
+    const auto fields = OpenFile().Fields();
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end()));
 }
 
 class OpenIterator : public LArrayIterator {
