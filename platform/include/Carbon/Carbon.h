@@ -6,6 +6,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 
 #include <Carbon/AEDataModel.h>
+#include <Carbon/AEHelpers.h>
 #include <Carbon/AEInteraction.h>
 #include <Carbon/AEMach.h>
 #include <Carbon/AEObjects.h>
