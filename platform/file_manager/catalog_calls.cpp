@@ -5,6 +5,7 @@
 
 #include "file_manager/catalog_records.h"
 #include "file_manager/located.h"
+#include "file_manager/lookup.h"
 #include "file_manager/names.h"
 #include "file_manager/parameter_block.h"
 
@@ -14,21 +15,72 @@ namespace {
 
 constexpr int kMostTries = 8;  // for entries that go while they are asked for
 
+// What a listing led to.
+struct Listed {
+    Object object;
+    Beside beside = Beside::kUnknown;
+};
+
+OSErr GetListing(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, bool inFilesOnly,
+                 ListedEntry* outEntry) {
+    FolderCache& listings = ioObjects.Listings();
+    return inFilesOnly ? listings.GetFile(inFolder, inIndex, outEntry)
+                       : listings.GetEntry(inFolder, inIndex, outEntry);
+}
+
+// A plain file in the folder being walked: all that is to be told of it is in its status, and no
+// path is needed, which could lead elsewhere by now. fnfErr for whatever else there is.
+OSErr FindWalked(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, bool inFilesOnly,
+                 Listed* outListed) {
+    ListedEntry listed;
+    Entry entry;
+    const FolderWalk& walk = ioObjects.Walk();
+    if (GetListing(ioObjects, inFolder, inIndex, inFilesOnly, &listed) != noErr) return fnfErr;
+    if (listed.isFolder || listed.hasCompanion) return fnfErr;
+    if (walk.StatusOf(listed.diskName, &entry.status) != noErr) return fnfErr;
+    if (entry.status.IsFolder() || walk.HasAttributes(listed.diskName)) return fnfErr;
+    entry.diskName = std::move(listed.diskName);
+    outListed->beside = Beside::kNothing;
+    return ioObjects.TakeEntry(inFolder, entry, &outListed->object);
+}
+
 // The entry of that number. One that was listed and is gone is no entry: look again.
 OSErr FindListed(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, bool inFilesOnly,
-                 ListedEntry* outEntry, Object* outObject) {
-    FolderCache& listings = ioObjects.Listings();
+                 Listed* outListed) {
     for (int i = 0; i < kMostTries; ++i) {
-        const OSErr error = inFilesOnly ? listings.GetFile(inFolder, inIndex, outEntry)
-                                        : listings.GetEntry(inFolder, inIndex, outEntry);
+        ListedEntry listed;
+        const OSErr error = GetListing(ioObjects, inFolder, inIndex, inFilesOnly, &listed);
         if (error != noErr) return error;
-        const OSErr found = ioObjects.FindInFolder(inFolder, outEntry->diskName, outObject);
-        const bool isListedAs = outObject->status.IsFolder() == outEntry->isFolder;
-        if (found == noErr && (isListedAs || !inFilesOnly)) return noErr;
+        const OSErr found = ioObjects.FindInFolder(inFolder, listed.diskName, &outListed->object);
+        const bool isAsListed = outListed->object.status.IsFolder() == listed.isFolder;
+        // A root has its companion inside.
+        if (!listed.hasCompanion && !IsRoot(outListed->object))
+            outListed->beside = Beside::kNoCompanion;
+        if (found == noErr && (isAsListed || !inFilesOnly)) return noErr;
         if (found != noErr && found != fnfErr) return found;
-        listings.Forget(inFolder);
+        ioObjects.Listings().Forget(inFolder);
     }
     return fnfErr;
+}
+
+// A walk begins with a look at the folder, and ends with one.
+OSErr FindByIndex(Objects& ioObjects, FSVolumeRefNum inVolume, SInt32 inDirectory, UInt32 inIndex,
+                  bool inFilesOnly, Listed* outListed) {
+    VolumeRegistry& registry = ioObjects.AllFolders().Registry();
+    registry.RefreshFolders();
+    const Folder* walked = ioObjects.Walk().Find(inVolume, inDirectory, registry.Edition());
+    if (walked && FindWalked(ioObjects, *walked, inIndex, inFilesOnly, outListed) == noErr)
+        return noErr;
+    *outListed = {};
+    Folder folder;
+    OSErr error = LocateFolder(ioObjects, inVolume, inDirectory, nullptr, &folder);
+    if (error == noErr) error = FindListed(ioObjects, folder, inIndex, inFilesOnly, outListed);
+    if (error == noErr) {
+        ioObjects.Walk().Start(folder, registry.Edition());
+    } else {
+        ioObjects.Walk().End();
+    }
+    return error;
 }
 
 // The name goes out wherever it did not come in.
@@ -39,16 +91,12 @@ void TellName(const Object& inObject, StringPtr outName) {
 OSErr GetByIndex(CInfoPBRec* ioRecord) {
     const HFileInfo& info = ioRecord->hFileInfo;
     const Catalog catalog;
-    Folder folder;
-    const OSErr error = LocateFolder(*catalog, info.ioVRefNum, info.ioDirID, nullptr, &folder);
+    Listed listed;
+    const OSErr error = FindByIndex(*catalog, info.ioVRefNum, info.ioDirID,
+                                    UInt32(info.ioFDirIndex), false, &listed);
     if (error != noErr) return error;
-    ListedEntry entry;
-    Object object;
-    const auto index = UInt32(info.ioFDirIndex);
-    const OSErr found = FindListed(*catalog, folder, index, false, &entry, &object);
-    if (found != noErr) return found;
-    TellName(object, info.ioNamePtr);
-    FillRecord(*catalog, object, entry.hasCompanion, ioRecord);
+    TellName(listed.object, info.ioNamePtr);
+    FillRecord(*catalog, listed.object, listed.beside, ioRecord);
     return noErr;
 }
 
@@ -60,7 +108,7 @@ OSErr GetByName(CInfoPBRec* ioRecord, bool inIsItself) {
     const OSErr error = Locate(*catalog, info.ioVRefNum, info.ioDirID, name, &located);
     if (error != noErr) return inIsItself && error == fnfErr ? OSErr(dirNFErr) : error;
     if (inIsItself) TellName(located.object, info.ioNamePtr);
-    FillRecord(*catalog, located.object, true, ioRecord);
+    FillRecord(*catalog, located.object, Beside::kUnknown, ioRecord);
     return noErr;
 }
 
@@ -71,17 +119,12 @@ OSErr GetCatalogRecord(CInfoPBRec* ioRecord) {
 
 OSErr GetFileByIndex(HFileParam* ioRecord) {
     const Catalog catalog;
-    Folder folder;
-    const OSErr error =
-        LocateFolder(*catalog, ioRecord->ioVRefNum, ioRecord->ioDirID, nullptr, &folder);
+    Listed listed;
+    const OSErr error = FindByIndex(*catalog, ioRecord->ioVRefNum, ioRecord->ioDirID,
+                                    UInt32(ioRecord->ioFDirIndex), true, &listed);
     if (error != noErr) return error;
-    ListedEntry entry;
-    Object object;
-    const auto index = UInt32(ioRecord->ioFDirIndex);
-    const OSErr found = FindListed(*catalog, folder, index, true, &entry, &object);
-    if (found != noErr) return found;
-    TellName(object, ioRecord->ioNamePtr);
-    FillRecord(*catalog, object, entry.hasCompanion, ioRecord);
+    TellName(listed.object, ioRecord->ioNamePtr);
+    FillRecord(*catalog, listed.object, listed.beside, ioRecord);
     return noErr;
 }
 
@@ -93,7 +136,7 @@ OSErr GetFile(HFileParam* ioRecord) {
         Locate(*catalog, ioRecord->ioVRefNum, ioRecord->ioDirID, ioRecord->ioNamePtr, &located);
     if (error != noErr) return error;
     if (located.object.status.IsFolder()) return fnfErr;
-    FillRecord(*catalog, located.object, true, ioRecord);
+    FillRecord(*catalog, located.object, Beside::kUnknown, ioRecord);
     return noErr;
 }
 

@@ -25,11 +25,10 @@ UInt64 Rounded(UInt64 inLength) {
     return (inLength + kForkBlock - 1) / kForkBlock * kForkBlock;
 }
 
-// Without a companion only attributes can tell anything.
-Metadata MetadataFor(const Object& inObject, bool inHasCompanion) {
-    const bool isBare = !inHasCompanion && inObject.spec.parID != fsRtParID;
-    return isBare ? MetadataInAttributes(inObject.path, inObject.status.IsFolder())
-                  : MetadataOf(inObject);
+Metadata MetadataFor(const Object& inObject, Beside inBeside) {
+    if (inBeside == Beside::kNothing) return {};
+    if (inBeside == Beside::kUnknown) return MetadataOf(inObject);
+    return MetadataInAttributes(inObject.path, inObject.status.IsFolder());
 }
 
 SInt8 AttributesOf(const Object& inObject, const AppleDoubleFacts& inFacts) {
@@ -108,9 +107,9 @@ void FillFolderInfo(Objects& ioObjects, const Object& inObject, const Metadata& 
 
 }  // namespace
 
-void FillRecord(Objects& ioObjects, const Object& inObject, bool inHasCompanion,
+void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside,
                 CInfoPBRec* outRecord) {
-    const Metadata metadata = MetadataFor(inObject, inHasCompanion);
+    const Metadata metadata = MetadataFor(inObject, inBeside);
     if (inObject.status.IsFolder()) {
         FillFolderInfo(ioObjects, inObject, metadata, &outRecord->dirInfo);
     } else {
@@ -118,9 +117,9 @@ void FillRecord(Objects& ioObjects, const Object& inObject, bool inHasCompanion,
     }
 }
 
-void FillRecord(Objects& ioObjects, const Object& inObject, bool inHasCompanion,
+void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside,
                 HFileParam* outRecord) {
-    FillFile(ioObjects, inObject, MetadataFor(inObject, inHasCompanion), outRecord);
+    FillFile(ioObjects, inObject, MetadataFor(inObject, inBeside), outRecord);
 }
 
 }  // namespace carbon

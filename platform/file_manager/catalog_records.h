@@ -6,10 +6,15 @@
 
 namespace carbon {
 
-// Fills all but the common head. `inHasCompanion` false saves looking for one.
-void FillRecord(Objects& ioObjects, const Object& inObject, bool inHasCompanion,
-                CInfoPBRec* outRecord);
-void FillRecord(Objects& ioObjects, const Object& inObject, bool inHasCompanion,
-                HFileParam* outRecord);
+// What is known of what lies beside an object, before looking for it.
+enum class Beside {
+    kUnknown,
+    kNoCompanion,  // at most attributes
+    kNothing
+};
+
+// Fill all but the common head.
+void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside, CInfoPBRec* outRecord);
+void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside, HFileParam* outRecord);
 
 }  // namespace carbon

@@ -4,6 +4,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <array>
 
 namespace carbon {
 
@@ -19,15 +20,21 @@ SInt64 OffsetAt(SInt64 inUnixTime) {
     return localtime_r(&time, &local) ? local.tm_gmtoff : 0;
 }
 
-// Files of one folder often have dates of one hour, and asking the system takes long.
+struct Remembered {
+    SInt64 slot = -1;
+    SInt64 offset = 0;
+    long zone = 0;  // a program may change its time zone
+};
+
+// Files of one folder often have dates of few hours, and asking the system takes long.
 SInt64 RememberedOffsetAt(SInt64 inUnixTime) {
-    thread_local SInt64 sSlot = -1, sOffset = 0;
-    thread_local long sZone = 0;  // a program may change its time zone
+    constexpr size_t kPlaces = 64;
+    thread_local std::array<Remembered, kPlaces> sOffsets;
     const SInt64 slot = inUnixTime / kSlot;
-    if (slot != sSlot || sZone != timezone) sOffset = OffsetAt(inUnixTime);
-    sSlot = slot;
-    sZone = timezone;
-    return sOffset;
+    Remembered& place = sOffsets[size_t(slot) % kPlaces];
+    if (slot != place.slot || place.zone != timezone)
+        place = {slot, OffsetAt(inUnixTime), timezone};
+    return place.offset;
 }
 
 }  // namespace

@@ -20,6 +20,7 @@ using Clock = std::chrono::steady_clock;
 constexpr size_t kMostListings = 128;
 constexpr size_t kLargestFootprint = 64 * 1024 * 1024;
 constexpr size_t kBuffer = 16 * 1024;
+constexpr size_t kLongestNotice = sizeof(inotify_event) + 256;
 // Reading anew is cheaper than taking in so many notices.
 constexpr UInt32 kMostNotices = 256;
 // Without notices a listing counts for as long as reading it took, times this.
@@ -119,6 +120,7 @@ void FolderCache::TakeNotices() {
             TakeNotice(event->wd, event->mask, event->len ? event->name : "");
             at += ssize_t(sizeof *event + event->len);
         }
+        if (size_t(length) + kLongestNotice <= kBuffer) return;  // there were no more
     }
 }
 
@@ -140,6 +142,7 @@ OSErr FolderCache::Read(const Folder& inFolder, Listing** outListing) {
         listing->watch = inotify_add_watch(mNotices.Get(), inFolder.path.c_str(), kWatched);
     const auto start = Clock::now();
     OSErr error = StatusOfObject(inFolder.path, &listing->status);
+    if (error == noErr && !listing->status.identity.IsSameAs(inFolder.identity)) error = dirNFErr;
     if (error == noErr) error = listing->folder.Read(inFolder.path);
     if (error != noErr) {
         if (listing->watch >= 0 && !mByWatch.count(listing->watch))

@@ -2,6 +2,7 @@
 #include "file_manager/located.h"
 
 #include <Carbon/MacErrors.h>
+#include <unistd.h>
 
 #include "file_manager/finder_info.h"
 #include "file_manager/pathname.h"
@@ -62,8 +63,14 @@ bool IsRoot(const Object& inObject) {
     return inObject.spec.parID == fsRtParID;
 }
 
+// Only a companion can tell of a lock, and most objects have none.
 bool IsLocked(const Object& inObject) {
-    return inObject.status.isImmutable || MetadataOf(inObject).facts.isLocked;
+    if (inObject.status.isImmutable) return true;
+    return HasCompanion(inObject) && MetadataOf(inObject).facts.isLocked;
+}
+
+bool HasCompanion(const Object& inObject) {
+    return access(CompanionPath(inObject.path, IsRoot(inObject)).c_str(), F_OK) == 0;
 }
 
 }  // namespace carbon

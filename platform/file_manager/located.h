@@ -28,5 +28,6 @@ OSErr CheckChangeable(const Located& inLocated);
 
 bool IsRoot(const Object& inObject);
 bool IsLocked(const Object& inObject);
+bool HasCompanion(const Object& inObject);
 
 }  // namespace carbon

@@ -20,6 +20,13 @@ bool IsSame(const Volume& inVolume, const ObjectStatus& inStatus, const IdRecord
     return Folders::KeptIdentity(inVolume, inStatus.identity).IsSameAs(inRecord.identity);
 }
 
+// Most names are: short, in ASCII, without what means something else in either spelling.
+bool IsItsOwnSpecName(const std::string& inDiskName) {
+    return inDiskName.size() <= kLongestSpecName &&
+           std::all_of(inDiskName.begin(), inDiskName.end(),
+                       [](char c) { return UInt8(c) < 0x80 && c != ':' && c != '#'; });
+}
+
 bool HasPlainName(const std::string& inDiskName) {
     const auto plain = SpecNameOf(inDiskName);
     return plain && DiskNameOf(*plain) == inDiskName;
@@ -140,6 +147,7 @@ OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, En
 }
 
 std::string SpecNameOfEntry(Folders& ioFolders, const Folder& inFolder, const Entry& inEntry) {
+    if (IsItsOwnSpecName(inEntry.diskName)) return inEntry.diskName;
     const auto plain = SpecNameOf(inEntry.diskName);
     if (HasPlainName(inEntry.diskName) && !IdInName(*plain)) return *plain;
     Entry found;

@@ -134,13 +134,15 @@ OSErr CreateFolder(Objects& ioObjects, const Located& inPlace, SInt32* outId) {
 OSErr DeleteObject(Objects& ioObjects, const Located& inLocated) {
     const Object& object = inLocated.object;
     if (IsRoot(object)) return fBsyErr;
-    if (const OSErr error = CheckChangeable(inLocated)) return error;
+    if (const OSErr error = CheckWritable(inLocated.volume)) return error;
+    const bool hasCompanion = HasCompanion(object);
+    if (object.status.isImmutable || (hasCompanion && IsLocked(object))) return fLckdErr;
     if (S_ISREG(object.status.mode) && IsOpenSomewhere(object.path)) return fBsyErr;
     const OSErr error =
         object.status.IsFolder() ? RemoveFolder(object.path) : Result(unlink(object.path.c_str()));
     if (error != noErr) return error;
     ForgetNumber(ioObjects, inLocated);
-    return RemoveMetadata(object);
+    return hasCompanion ? RemoveMetadata(object) : OSErr(noErr);
 }
 
 OSErr MoveObject(Objects& ioObjects, const Located& inLocated, const Folder& inDestination,

@@ -41,14 +41,19 @@ ObjectStatus StatusFromFacts(const struct statx& inFacts) {
 
 }  // namespace
 
-OSErr StatusOfObject(const std::string& inPath, ObjectStatus* outStatus) {
+OSErr StatusAt(int inFolder, const std::string& inName, ObjectStatus* outStatus) {
     struct statx facts;
-    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT;
-    if (statx(AT_FDCWD, inPath.c_str(), flags, STATX_BASIC_STATS | STATX_BTIME, &facts) != 0) {
+    const int itself = inName.empty() ? AT_EMPTY_PATH : 0;
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | itself;
+    if (statx(inFolder, inName.c_str(), flags, STATX_BASIC_STATS | STATX_BTIME, &facts) != 0) {
         return OSErrFromErrno(errno);
     }
     *outStatus = StatusFromFacts(facts);
     return noErr;
+}
+
+OSErr StatusOfObject(const std::string& inPath, ObjectStatus* outStatus) {
+    return inPath.empty() ? OSErr(fnfErr) : StatusAt(AT_FDCWD, inPath, outStatus);
 }
 
 std::string PathInFolder(const std::string& inFolder, const std::string& inName) {

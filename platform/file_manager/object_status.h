@@ -40,6 +40,8 @@ struct ObjectStatus {
 
 // Never follows a symbolic link at the end of the path. fnfErr, dirNFErr, afpAccessDenied.
 OSErr StatusOfObject(const std::string& inPath, ObjectStatus* outStatus);
+// The same for a name in an open folder; an empty one is the folder itself.
+OSErr StatusAt(int inFolder, const std::string& inName, ObjectStatus* outStatus);
 
 // `inFolder` and a name in it as one path; the root's own slash is not doubled.
 std::string PathInFolder(const std::string& inFolder, const std::string& inName);

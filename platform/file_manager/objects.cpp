@@ -102,13 +102,16 @@ OSErr Objects::FindEntryBySpec(const FSSpec& inSpec, Object* outObject) {
     }
     Folder folder;
     if (const OSErr error = mFolders.FindById(inSpec.vRefNum, inSpec.parID, &folder)) return error;
-    if (name.empty()) return FindFolder(folder, outObject);
+    return name.empty() ? FindFolder(folder, outObject) : FindByName(folder, name, outObject);
+}
+
+OSErr Objects::FindByName(const Folder& inFolder, std::string_view inName, Object* outObject) {
     Entry entry;
-    const OSErr error = FindEntry(mFolders, folder, name, &entry);
-    if (error == noErr) return TakeEntry(folder, entry, outObject);
+    const OSErr error = FindEntry(mFolders, inFolder, inName, &entry);
+    if (error == noErr) return TakeEntry(inFolder, entry, outObject);
     if (error != fnfErr) return error;
-    *outObject = {SpecOf(folder.volume, folder.id, name),
-                  PathInFolder(folder.path, entry.diskName),
+    *outObject = {SpecOf(inFolder.volume, inFolder.id, inName),
+                  PathInFolder(inFolder.path, entry.diskName),
                   entry.diskName,
                   {}};
     return fnfErr;

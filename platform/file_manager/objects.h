@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "file_manager/folder_cache.h"
+#include "file_manager/folder_walk.h"
 #include "file_manager/folders.h"
 
 namespace carbon {
@@ -32,6 +33,10 @@ class Objects {
     OSErr FindInFolder(const Folder& inFolder, const std::string& inDiskName, Object* outObject);
     // The folder itself, as an entry of its parent.
     OSErr FindFolder(const Folder& inFolder, Object* outObject);
+    // By a name as in a spec.
+    OSErr FindByName(const Folder& inFolder, std::string_view inName, Object* outObject);
+    // An entry just looked at.
+    OSErr TakeEntry(const Folder& inFolder, const Entry& inEntry, Object* outObject);
     // The root of a volume.
     OSErr FindRoot(const Volume& inVolume, Object* outObject);
 
@@ -41,10 +46,10 @@ class Objects {
 
     Folders& AllFolders() { return mFolders; }
     FolderCache& Listings() { return mListings; }
+    FolderWalk& Walk() { return mWalk; }
 
   private:
     OSErr FindEntryBySpec(const FSSpec& inSpec, Object* outObject);
-    OSErr TakeEntry(const Folder& inFolder, const Entry& inEntry, Object* outObject);
     OSErr FindEntryByRef(const FSRef& inRef, Object* outObject);
     OSErr FindMoved(const FSRef& inRef, Object* outObject);
     bool Recall(const std::string& inKey, Object* outObject);
@@ -52,6 +57,7 @@ class Objects {
 
     Folders mFolders;
     FolderCache mListings{mFolders.Registry()};
+    FolderWalk mWalk;
     std::unordered_map<std::string, Object> mKnown;
     UInt64 mEdition = 0;  // of the registry, when mKnown began
 };

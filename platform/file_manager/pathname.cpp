@@ -49,6 +49,7 @@ OSErr Enter(Objects& ioObjects, std::string_view inName, Folder* ioFolder) {
 OSErr FindLast(Objects& ioObjects, const Folder& inFolder, std::string_view inName,
                Object* outObject) {
     if (inName.size() > kLongestSpecName) return bdNamErr;
+    if (inFolder.id != fsRtParID) return ioObjects.FindByName(inFolder, inName, outObject);
     FSSpec spec{};
     spec.vRefNum = inFolder.volume;
     spec.parID = inFolder.id;
