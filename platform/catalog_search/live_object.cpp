@@ -6,7 +6,7 @@ namespace carbon {
 const CInfoPBRec& LiveObject::Record() {
     if (!mRecord) {
         mRecord.emplace();
-        FillRecord(mObjects, mObject, true, &*mRecord);
+        FillRecord(mObjects, mObject, Beside::kUnknown, &*mRecord);
     }
     return *mRecord;
 }

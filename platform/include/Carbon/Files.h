@@ -833,7 +833,7 @@ enum {
 
 // --- Constants of the catalog ---
 
-// Bits of ioFlAttrib; of those for forks some process of the user holds one open.
+// Bits of ioFlAttrib; those for open forks tell of forks that this process has open.
 enum {
     kioFlAttribLockedBit = 0,
     kioFlAttribLockedMask = 0x01,
@@ -1211,7 +1211,7 @@ OSErr PBMakeFSSpecSync(HParmBlkPtr paramBlock);
 OSErr PBGetCatInfoSync(CInfoPBPtr paramBlock);
 
 // Sets the Finder information and the three dates of the object that ioDirID and ioNamePtr name;
-// all the rest of the record is not read. Works on a locked object too.
+// all the rest of the record is not read. fLckdErr for a locked file; a locked folder takes it.
 OSErr PBSetCatInfoSync(CInfoPBPtr paramBlock);
 
 // Always paramErr: there are no short names and no ProDOS types here.
@@ -1283,12 +1283,12 @@ OSErr PBHMoveRenameSync(HParmBlkPtr paramBlock);
 
 // copyParam: copies a file with all that belongs to it into a folder (ioDstVRefNum, ioNewDirID,
 // ioNewName) under the name ioCopyName. dupFNErr; paramErr for a folder and for a volume without
-// bHasCopyFile; diffVolErr unless both are one volume; permErr for a file that is open for writing.
+// bHasCopyFile; diffVolErr unless both are one volume; afpDenyConflict for a file being written.
 OSErr PBHCopyFileSync(HParmBlkPtr paramBlock);
 
 // Exchanges the contents of two files of one volume: both forks and the modification dates. Their
-// names, numbers, creation dates and Finder information stay. diffVolErr, sameFileErr, notAFileErr,
-// fLckdErr. PB: fidParam, the second file by ioDestDirID and ioDestNamePtr.
+// names, file IDs, creation dates and Finder information stay. diffVolErr, sameFileErr,
+// notAFileErr, fLckdErr, paramErr (this disk cannot). PB: fidParam, ioDestDirID, ioDestNamePtr.
 OSErr FSpExchangeFiles(const FSSpec* source, const FSSpec* dest);
 OSErr PBExchangeFilesSync(HParmBlkPtr paramBlock);
 
@@ -1311,8 +1311,8 @@ OSErr PBCatSearchSync(CSParamPtr paramBlock);
 
 // accessParam: owner, group and rights of the folder that ioDirID and ioNamePtr name. Users and
 // groups are those of the system. Setting is for the owner (afpAccessDenied); the bits that tell
-// about the caller cannot be set (paramErr). paramErr for a volume without bAccessCntl, fnfErr for
-// a file.
+// about the caller are 0 or as they will be told (else paramErr). paramErr for a volume without
+// bAccessCntl, fnfErr for a file.
 OSErr PBHGetDirAccessSync(HParmBlkPtr paramBlock);
 OSErr PBHSetDirAccessSync(HParmBlkPtr paramBlock);
 
@@ -1325,8 +1325,8 @@ OSErr PBHMapNameSync(HParmBlkPtr paramBlock);
 // volume without bHasUserGroupList.
 OSErr PBGetUGEntrySync(HParmBlkPtr paramBlock);
 
-// Always paramErr: no volume here is one that a server was logged in to, or that shares its
-// folders, or whose rights are foreign.
+// The first three are always paramErr: nobody logs in to a volume here, and none shares folders.
+// The others: user, group, mode and (only told) the user's access in ioForeignPrivInfo1 to 4.
 OSErr PBHGetLogInInfoSync(HParmBlkPtr paramBlock);
 OSErr PBShareSync(HParmBlkPtr paramBlock);
 OSErr PBUnshareSync(HParmBlkPtr paramBlock);
@@ -1366,7 +1366,7 @@ OSErr HSetVol(ConstStr63Param volName, FSVolumeRefNum vRefNum, SInt32 dirID);
 OSErr PBHSetVolSync(WDPBPtr paramBlock);
 
 // Ends a folder's being a volume. A name that is a volume's path overrides `vRefNum`. fBsyErr while
-// some process of the user has a fork on it open, and for every other volume.
+// this process has a fork on it open, and for every other volume.
 OSErr UnmountVol(ConstStr63Param volName, FSVolumeRefNum vRefNum);
 OSErr PBUnmountVol(ParmBlkPtr paramBlock);
 
@@ -1377,7 +1377,7 @@ OSErr PBGetVolMountInfo(ParmBlkPtr paramBlock);
 
 // ioParam: mounts the volume that the record in ioBuffer tells of, if it is one that this system
 // knows: a mounted folder that counts as remote. Gives ioVRefNum. afpAlreadyMounted, afpNoServer
-// for every other server, paramErr for a record that is none.
+// for every other server, nsvErr, paramErr for a record that is none.
 OSErr PBVolumeMount(ParmBlkPtr paramBlock);
 
 // --- The desktop database ---

@@ -165,6 +165,30 @@ TEST_F(CatalogTest, FollowsAFolderThatMovesUnderAWalk) {
     EXPECT_EQ(Entry(folder, -1), "There");
 }
 
+TEST_F(CatalogTest, NeverTellsOfAnotherFolderThatTookTheWalkedOnesPlace) {
+    MakeFolder("Disk/Above/Here");
+    MakeFolder("Disk/Other/Here");
+    for (const char* name : {"a", "b", "c"}) {
+        Write("Disk/Above/Here/" + std::string(name), "1");
+        Write("Disk/Other/Here/" + std::string(name), "22");
+    }
+    const SInt32 here = NumberOf(Path("Disk/Above/Here"));
+    const auto length = [&](SInt16 inIndex) {
+        CInfoPBRec info{};
+        info.hFileInfo.ioVRefNum = mVolume;
+        info.hFileInfo.ioDirID = here;
+        info.hFileInfo.ioFDirIndex = inIndex;
+        EXPECT_EQ(PBGetCatInfoSync(&info), noErr);
+        return +info.hFileInfo.ioFlLgLen;
+    };
+    EXPECT_EQ(length(1), 1);
+    std::filesystem::rename(Path("Disk/Above"), Path("Disk/Gone"));
+    std::filesystem::rename(Path("Disk/Other"), Path("Disk/Above"));
+    EXPECT_EQ(length(2), 1);
+    EXPECT_EQ(length(3), 1);
+    EXPECT_EQ(Entry(here, 4), "error -43");
+}
+
 TEST_F(CatalogTest, CountsFilesOnlyForPBHGetFInfo) {
     for (const char* name : {"a", "c", "e"}) Write("Disk/" + std::string(name));
     for (const char* name : {"b", "d"}) MakeFolder("Disk/" + std::string(name));

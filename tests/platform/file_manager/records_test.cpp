@@ -23,6 +23,30 @@ static_assert(sizeof(FSCatalogInfo) == 144 && offsetof(FSCatalogInfo, createDate
               offsetof(FSCatalogInfo, finderInfo) == 72 &&
               offsetof(FSCatalogInfo, dataLogicalSize) == 104 &&
               offsetof(FSCatalogInfo, valence) == 136);
+static_assert(sizeof(CatPositionRec) == 16 && offsetof(CatPositionRec, priv) == 4);
+static_assert(sizeof(AFPVolMountInfo) == 168 && offsetof(AFPVolMountInfo, AFPData) == 24);
+static_assert(sizeof(AFPXVolMountInfo) == 206 && offsetof(AFPXVolMountInfo, AFPData) == 30);
+static_assert(sizeof(VolumeMountInfoHeader) == 8 && sizeof(VolMountInfoHeader) == 6);
+static_assert(offsetof(GetVolParmsInfoBuffer, vMAttrib) == 2 &&
+              sizeof(GetVolParmsInfoBuffer) == 40);
+
+// What a program writes by one view of a record it may read by another.
+constexpr size_t kHead = offsetof(IOParam, ioRefNum);
+static_assert(offsetof(HFileInfo, ioDirID) == offsetof(DirInfo, ioDrDirID) &&
+              offsetof(HFileInfo, ioFlStBlk) == offsetof(DirInfo, ioDrNmFls) &&
+              offsetof(HFileInfo, ioFlParID) == offsetof(DirInfo, ioDrParID) &&
+              offsetof(HFileInfo, ioFlFndrInfo) == offsetof(DirInfo, ioDrUsrWds) &&
+              offsetof(HFileInfo, ioFlXFndrInfo) == offsetof(DirInfo, ioDrFndrInfo) &&
+              offsetof(HFileInfo, ioFlCrDat) == offsetof(DirInfo, ioDrCrDat) &&
+              offsetof(HFileInfo, ioFlBkDat) == offsetof(DirInfo, ioDrBkDat));
+static_assert(offsetof(HFileParam, ioDirID) == kHead + 24 &&
+              offsetof(AccessParam, ioDirID) == kHead + 24 &&
+              offsetof(WDParam, ioWDDirID) == kHead + 24 &&
+              offsetof(HFileInfo, ioDirID) == kHead + 24);
+static_assert(offsetof(HIOParam, ioRefNum) == offsetof(AccessParam, ioRefNum) &&
+              offsetof(HVolumeParam, ioVolIndex) == offsetof(XVolumeParam, ioVolIndex) &&
+              offsetof(XVolumeParam, ioVTotalBytes) == sizeof(HVolumeParam));
+static_assert(kUseWidePositioning == 0x100 && fsSBNegate == 0x4000 && bAccessCntl == 18);
 static_assert(fsRtParID == 1 && fsRtDirID == 2);
 
 }  // namespace

@@ -260,6 +260,20 @@ TEST_F(VolumeInfoTest, UnmountsMountedFoldersOnly) {
     EXPECT_EQ(+block.volumeParam.ioResult, nsvErr);
 }
 
+TEST_F(VolumeInfoTest, StaysMountedWhileThisProgramHasAForkOnItOpen) {
+    Write("Disk/File");
+    SInt16 number = 0;
+    ASSERT_EQ(HOpenDF(mVolume, 2, PString("File"), fsRdPerm, &number), noErr);
+    HParamBlockRec block;
+    ASSERT_EQ(Get(&block, 0, mVolume, nullptr), noErr);
+    EXPECT_TRUE(block.volumeParam.ioVAtrb & kioVAtrbFilesOpenMask);
+    EXPECT_EQ(UnmountVol(nullptr, mVolume), fBsyErr);
+    EXPECT_EQ(FSClose(number), noErr);
+    ASSERT_EQ(Get(&block, 0, mVolume, nullptr), noErr);
+    EXPECT_FALSE(block.volumeParam.ioVAtrb & kioVAtrbFilesOpenMask);
+    EXPECT_EQ(UnmountVol(nullptr, mVolume), noErr);
+}
+
 TEST_F(VolumeInfoTest, SetsTheDefaultByParameterBlock) {
     MakeFolder("Disk/Folder");
     WDPBRec block{};
