@@ -91,6 +91,11 @@ std::vector<std::string> FlagsOf(UInt16 inFlags) {
     return names;
 }
 
+// Most files have neither a type nor a creator.
+std::string CodeText(OSType inCode) {
+    return inCode == 0 ? std::string() : Code(inCode);
+}
+
 Json TextOrNull(const std::string& inText) {
     return inText.empty() ? Json() : Json(inText);
 }
@@ -106,8 +111,8 @@ Json AsJson(const std::string& inPath, const Facts& inFacts) {
     if (inFacts.IsFolder()) {
         json["items"] = UInt32(catalog.valence);
     } else {
-        json["type"] = Code(inFacts.finder.fdType);
-        json["creator"] = Code(inFacts.finder.fdCreator);
+        json["type"] = TextOrNull(CodeText(inFacts.finder.fdType));
+        json["creator"] = TextOrNull(CodeText(inFacts.finder.fdCreator));
         json["data_length"] = UInt64(catalog.dataLogicalSize);
         json["resource_length"] = UInt64(catalog.rsrcLogicalSize);
     }
@@ -140,8 +145,8 @@ void PrintFacts(const Facts& inFacts) {
     if (inFacts.IsFolder()) {
         PrintRow("Folder", Grouped(catalog.valence) + (catalog.valence == 1 ? " item" : " items"));
     } else {
-        PrintRow("Type", Code(inFacts.finder.fdType));
-        PrintRow("Creator", Code(inFacts.finder.fdCreator));
+        PrintRow("Type", CodeText(inFacts.finder.fdType));
+        PrintRow("Creator", CodeText(inFacts.finder.fdCreator));
         PrintRow("Data", LengthText(catalog.dataLogicalSize));
         PrintRow("Resources", LengthText(catalog.rsrcLogicalSize));
     }

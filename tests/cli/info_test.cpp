@@ -27,6 +27,7 @@ CommandResult Info(std::vector<std::string> inWords) {
 class InfoCommand : public testing::Test {
   protected:
     void SetUp() override {
+        std::filesystem::remove(gHome.Root() / "._Some file");
         std::ofstream(mPath) << "the data fork";
         FSRef ref;
         ASSERT_EQ(FSPathMakeRef(reinterpret_cast<const UInt8*>(mPath.c_str()), &ref, nullptr),
@@ -71,6 +72,13 @@ TEST_F(InfoCommand, TellsBothForksTypeFlagsAndComment) {
     EXPECT_EQ(json["volume"], mSpec.vRefNum);
     EXPECT_EQ(json["backed_up"], nullptr);
     EXPECT_EQ(json["comment"], "");
+}
+
+TEST_F(InfoCommand, TellsThatAFileHasNoTypeRatherThanAnUnprintableOne) {
+    const Json json = Json::parse(Info({mPath, "--json"}).output);
+    EXPECT_EQ(json["type"], nullptr);
+    EXPECT_EQ(json["creator"], nullptr);
+    EXPECT_THAT(Info({mPath}).output, HasSubstr("Type       -\n"));
 }
 
 TEST_F(InfoCommand, TellsTheCommentOfTheDesktopDatabase) {
