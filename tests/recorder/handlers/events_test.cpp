@@ -436,6 +436,78 @@ TEST_F(Recorder, OtherHostsAreRefusedWhileADiscIsInTheMaking) {
     EXPECT_EQ(VantorMakeNewDisc('Data'), noErr);
 }
 
+// What the child gives is its exit status; 42 is well.
+void ExpectWell(const std::vector<pid_t>& inChildren) {
+    for (const pid_t child : inChildren) {
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 42) << status;
+    }
+}
+
+TEST_F(Recorder, OfTwoHostsThatComposeAtOnceOneGetsItsWholeDisc) {
+    WriteFile(mSource / "file", 10);
+    ASSERT_EQ(Event('Fv8k', 'EndB').Send(), noErr) << "the disc is nobody's";
+    std::vector<pid_t> children;
+    for (int i = 0; i < 2; ++i) {
+        children.push_back(fork());
+        if (children.back() != 0) continue;
+        const std::string image = mImage.string() + std::to_string(i);
+        // Whoever is refused tries again; nothing of the other's gets into its disc.
+        const bool isMade = Eventually([] { return VantorMakeNewDisc('Data') == noErr; });
+        const bool isAdded = isMade && Add({mSource}) == noErr;
+        if (isAdded) cli::SetText(kDisc, 'oPth', image);
+        const bool isWritten = isAdded && Event('Fv8k', 'wrIt').Disc().Send() == noErr;
+        _exit(isWritten && cli::GetText(kDisc, 'rPth') == image ? 42 : 1);
+    }
+    ExpectWell(children);
+    EXPECT_THAT(NamesIn(mRoot),
+                ::testing::UnorderedElementsAre("source", "disc.iso0", "disc.iso1"));
+}
+
+TEST_F(Recorder, AHundredAndTwentyEightHostsAreAnswered) {
+    std::vector<pid_t> children;
+    for (int i = 0; i < 128; ++i) {
+        children.push_back(fork());
+        if (children.back() != 0) continue;
+        bool isWell = true;
+        for (int k = 0; k < 5 && isWell; ++k) {
+            Boolean on = true;
+            SInt32 code = -7;
+            isWell = VantorGetStatusCode(&code) == noErr && code == 0 &&
+                     VantorGetServerMode(&on) == noErr;
+        }
+        _exit(isWell ? 42 : 1);
+    }
+    ExpectWell(children);
+    EXPECT_EQ(Status(), 0);
+}
+
+TEST_F(Recorder, FilesMayBeNamedByUrlsAndByPaths) {
+    WriteFile(mSource / "a name", 10);
+    WriteFile(mSource / "caf\xC3\xA9", 10);
+    const std::string url = "file://localhost" + mSource.string() + "/a%20name";
+    const std::string path = mSource / "caf\xC3\xA9";
+    StAEDescriptor list;
+    ASSERT_EQ(AECreateList(nullptr, 0, false, list), noErr);
+    ASSERT_EQ(AEPutPtr(list, 0, typeFileURL, url.data(), Size(url.size())), noErr);
+    ASSERT_EQ(AEPutPtr(list, 0, typeUTF8Text, path.data(), Size(path.size())), noErr);
+    EXPECT_EQ(Event('Fv8k', 'addD').Disc().Put('kfil', list).Send(), noErr);
+    SInt32 size = 0;
+    EXPECT_EQ(VantorGetDiscSize(&size), noErr);
+    EXPECT_EQ(size, 4) << "two blocks of two KiB";
+}
+
+TEST_F(Recorder, AUrlOrPathOfNothingIsFileNotFound) {
+    const std::string path = mSource / "nothing", url = "file://localhost" + path;
+    const StAEDescriptor byPath(typeUTF8Text, path.data(), Size(path.size()));
+    const StAEDescriptor byUrl(typeFileURL, url.data(), Size(url.size()));
+    const StAEDescriptor relative(typeUTF8Text, "name", 4);
+    EXPECT_EQ(Event('Fv8k', 'addD').Disc().Put('kfil', byPath).Send(), fnfErr);
+    EXPECT_NE(Event('Fv8k', 'addD').Disc().Put('kfil', byUrl).Send(), noErr);
+    EXPECT_EQ(Event('Fv8k', 'addD').Disc().Put('kfil', relative).Send(), paramErr);
+}
+
 TEST_F(Recorder, QuitOfAnotherHostWaitsForTheDiscInTheMaking) {
     WriteFile(mSource / "file", 10);
     const pid_t child = fork();
