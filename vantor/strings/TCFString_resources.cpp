@@ -1,13 +1,25 @@
 // Strings from resources, read once.
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "vantor/foundation/LException.h"
 #include "vantor/strings/TCFString.h"
 
 namespace {
 
-using StringsByIndex = std::map<SInt16, TCFString>;
+// A type of this file, so that nothing of the table is among the library's exported names.
+struct CachedString {
+    TCFString text;
+};
+using CachedStrings = std::map<std::pair<SInt16, SInt16>, CachedString>;
+
+TCFString& EntryOf(CachedStrings& ioStrings, SInt16 inResID, SInt16 inIndex) {
+    const std::pair place(inResID, inIndex);
+    auto found = ioStrings.find(place);
+    if (found == ioStrings.end()) found = ioStrings.emplace(place, CachedString()).first;
+    return found->second.text;
+}
 
 // What of a string there is; its length byte may promise more than the resource holds.
 TCFString TextIn(StringHandle inString) {
@@ -37,8 +49,8 @@ TCFString LoadListEntry(SInt16 inResID, SInt16 inIndex) {
 // Kept: empty strings are stored but read anew each time, so a string that was missing is found
 // once it is there; index 0 is an entry of the list, which has none with that number.
 TCFString TCFString::Res(SInt16 inResID, SInt16 inIndex) {
-    static std::map<SInt16, StringsByIndex> sResStrings;
-    TCFString& cached = sResStrings[inResID][inIndex];
+    static CachedStrings sResStrings;
+    TCFString& cached = EntryOf(sResStrings, inResID, inIndex);
     if (cached.IsEmpty())
         cached = inIndex < 0 ? LoadString(inResID) : LoadListEntry(inResID, inIndex);
     return cached;
