@@ -62,7 +62,7 @@ OSErr Update(const FSSpec* inFrom, const FSSpec& inTarget, AliasHandle ioAlias,
     return error ? error : ReplaceRecord(contents, ioAlias, outWasChanged);
 }
 
-// A call on references: those it was given as specs, and what it found as a reference.
+// A call on references: those it was given as file specs, and what it found as a reference.
 OSErr WithSpecs(const FSRef* inFrom, const FSRef* inTarget, auto inCall) {
     FSSpec from, target;
     OSErr error = SpecOfRef(inFrom, &from);

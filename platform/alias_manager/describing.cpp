@@ -28,7 +28,7 @@ std::string BelowRoot(const Volume& inVolume, const std::string& inPath) {
     return inPath.size() > root ? inPath.substr(root + 1) : "";
 }
 
-// The names of the folders above, as specs have them; the volume's name begins the path.
+// The names of the folders above, as file specs have them; the volume's name begins the path.
 OSErr DescribePath(Objects& ioObjects, const Object& inTarget, AliasContents* outContents) {
     std::string path = std::string(TextOfPascal(inTarget.spec.name));
     Object object = inTarget;

@@ -10,7 +10,7 @@ namespace carbon {
 OSErr DescribeForAlias(Objects& ioObjects, const Object* inFrom, const Object& inTarget,
                        AliasContents* outContents);
 
-// Only what a minimal alias keeps. The object need not exist; its spec must be good.
+// Only what a minimal alias keeps. The object need not exist; its file spec must be good.
 OSErr DescribeMinimally(Objects& ioObjects, const FSSpec& inTarget, AliasContents* outContents);
 
 // When a volume was made, in seconds since 1904; 0 where its file system does not tell.

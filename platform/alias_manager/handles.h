@@ -16,7 +16,7 @@ OSErr MakeHandle(const AliasContents& inContents, AliasHandle* outAlias);
 // after an error.
 OSErr ReplaceRecord(const AliasContents& inContents, AliasHandle ioAlias, Boolean* outWasChanged);
 
-// The object of a spec that may be null.
+// The object of a file spec that may be null.
 OSErr FindFrom(Objects& ioObjects, const FSSpec* inFrom, Object* outObject);
 
 // Finds an alias's object and brings the record up to date. After fnfErr `outTarget` is where the
@@ -24,7 +24,7 @@ OSErr FindFrom(Objects& ioObjects, const FSSpec* inFrom, Object* outObject);
 OSErr ResolveHandle(const FSSpec* inFrom, UInt32 inFlags, AliasHandle ioAlias, FSSpec* outTarget,
                     Boolean* outWasChanged);
 
-// The same for references, which may be null where a spec may.
+// The same for references, which may be null where a file spec may.
 OSErr SpecOfRef(const FSRef* inRef, FSSpec* outSpec);
 
 }  // namespace carbon

@@ -124,7 +124,7 @@ bool SearchCriteria::MatchesName(std::string_view inFolded) const {
     return !Has(fsSBFullName) || inFolded == mName;
 }
 
-// A name that is not plain may be another one in a spec.
+// A name that is not plain may be another one in a file spec.
 Answer SearchCriteria::AskName(std::string_view inDiskName) const {
     static const PlainTable sTable;
     if (!IsPlain(inDiskName)) return Answer::kMaybe;

@@ -16,7 +16,7 @@ namespace carbon {
 struct DesktopApplication {
     OSType creator = 0;
     SInt32 parent = 0;
-    std::string name;    // as in a spec
+    std::string name;    // as in a file spec
     UInt32 created = 0;  // local time
     bool isLearned = false;
 
