@@ -87,6 +87,7 @@ MacFacts FactsOf(const std::vector<UInt8>& inCompanion) {
 }
 
 std::vector<UInt8> CompanionFromAttributes(const std::string& inPath) {
+    if (llistxattr(inPath.c_str(), nullptr, 0) <= 0) return {};  // as most files, at one question
     std::vector<UInt8> info = Attribute(inPath, "user.com.apple.FinderInfo");
     const std::vector<UInt8> fork = Attribute(inPath, "user.com.apple.ResourceFork");
     if (info.size() != kFinderInfoSize) info.clear();
