@@ -66,7 +66,8 @@ bool UVolume::FindAppOnVolume(OSType inCreator, SInt16 inVRefNum, FSSpec& outSpe
     block.ioFileCreator = inCreator;
     block.ioNamePtr = outSpec.name;
     const OSErr err = PBDTGetAPPLSync(&block);
-    outSpec.vRefNum = inVRefNum;  // Kept: the spec is written in part also when nothing was found.
+    // Kept: the file spec is written in part also when nothing was found.
+    outSpec.vRefNum = inVRefNum;
     outSpec.parID = block.ioAPPLParID;
     if (IsNotFound(err)) return false;
     ThrowIfError(err);
