@@ -23,15 +23,6 @@ struct Facts {
     bool IsLocked() const { return catalog.nodeFlags & kFSNodeLockedMask; }
 };
 
-std::string TextOf(ConstStringPtr inText) {
-    CFStringRef string =
-        CFStringCreateWithPascalString(kCFAllocatorDefault, inText, kCFStringEncodingMacRoman);
-    char utf8[4 * 256] = "";
-    CFStringGetCString(string, utf8, sizeof utf8, kCFStringEncodingUTF8);
-    CFRelease(string);
-    return utf8;
-}
-
 // Empty also where the volume has no desktop database to ask.
 std::string CommentOf(FSSpec inSpec) {
     DTPBRec block = {};
@@ -46,7 +37,7 @@ std::string CommentOf(FSSpec inSpec) {
     if (error == afpItemNotFound) return {};
     ThrowIfFailed(error, "read the comment");
     comment[0] = static_cast<unsigned char>(block.ioDTActCount);
-    return TextOf(comment);
+    return MacRomanText(comment);
 }
 
 Facts FactsOf(const FSSpec& inSpec) {
@@ -57,7 +48,7 @@ Facts FactsOf(const FSSpec& inSpec) {
         FSGetCatalogInfo(&ref, kFSCatInfoGettableInfo, &facts.catalog, nullptr, nullptr, nullptr),
         "read the catalog");
     std::memcpy(&facts.finder, facts.catalog.finderInfo, sizeof facts.finder);
-    facts.name = TextOf(inSpec.name);
+    facts.name = MacRomanText(inSpec.name);
     facts.comment = CommentOf(inSpec);
     return facts;
 }

@@ -39,19 +39,9 @@ class ClassicDiscovery : public testing::Test {
             return REAL_CALL(PBHGetVInfoSync)(ioBlock);
         };
     }
-    static void Register(const FSSpec& inApplication) {
-        DTPBRec block = {};
-        block.ioVRefNum = inApplication.vRefNum;
-        ThrowIfError(PBDTGetPath(&block));
-        FSSpec application = inApplication;
-        block.ioNamePtr = application.name;
-        block.ioDirID = application.parID;
-        block.ioFileCreator = kSignature;
-        ThrowIfError(PBDTAddAPPLSync(&block));
-    }
     static FSSpec MakeKnown(const MountedVolume& inVolume, UInt32 inVersion) {
         const FSSpec file = inVolume.MakeApplication("Tools/Calverin", kSignature, inVersion);
-        Register(file);
+        RegisterApplication(file, kSignature);
         return file;
     }
     // Databases say that they hold nothing.
@@ -71,7 +61,7 @@ class ClassicDiscovery : public testing::Test {
         const FSSpec file = inVolume.Spec(":Tools:Calverin");
         Sign(file, kSignature, 'APPL');
         AddResourceTo(file, 'vers', 1, BigEndianText(inVersion));
-        Register(file);
+        RegisterApplication(file, kSignature);
         return file;
     }
     static void EndRecorder() {

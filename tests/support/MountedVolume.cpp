@@ -120,3 +120,14 @@ std::string BigEndianText(UInt32 inNumber) {
     const UInt32 number = EndianU32_NtoB(inNumber);
     return {reinterpret_cast<const char*>(&number), sizeof number};
 }
+
+void RegisterApplication(const FSSpec& inApplication, OSType inCreator) {
+    FSSpec application = inApplication;
+    DTPBRec block = {};
+    block.ioVRefNum = application.vRefNum;
+    ThrowIfError(PBDTGetPath(&block));
+    block.ioNamePtr = application.name;
+    block.ioDirID = application.parID;
+    block.ioFileCreator = inCreator;
+    ThrowIfError(PBDTAddAPPLSync(&block));
+}

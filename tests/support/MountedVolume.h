@@ -47,3 +47,6 @@ void AddResourceTo(const FSSpec& inFile, ResType inType, SInt16 inID, const std:
 void Sign(const FSSpec& inFile, OSType inCreator, OSType inType);
 // The four bytes of a number as a resource or a file holds it.
 std::string BigEndianText(UInt32 inNumber);
+
+// Tells the desktop database of an application's volume about it.
+void RegisterApplication(const FSSpec& inApplication, OSType inCreator);

@@ -27,16 +27,6 @@ std::string Entry(OSType inCreator, SInt32 inParID, const std::string& inName) {
 
 class Desktop : public testing::Test {
   protected:
-    static void Register(const FSSpec& inApplication) {
-        DTPBRec block = {};
-        block.ioVRefNum = inApplication.vRefNum;
-        ThrowIfError(PBDTGetPath(&block));
-        FSSpec application = inApplication;
-        block.ioNamePtr = application.name;
-        block.ioDirID = application.parID;
-        block.ioFileCreator = kOurs;
-        ThrowIfError(PBDTAddAPPLSync(&block));
-    }
     static FSSpec MakeDesktopFile(const MountedVolume& inVolume, const std::string& inList) {
         const FSSpec file = inVolume.MakeFile("Desktop", 'ERIK', 'FNDR');
         AddResourceTo(file, 'APPL', 0, inList);
@@ -122,7 +112,7 @@ TEST_F(Desktop, DatabaseNumberIsToldEvenAfterAnError) {
 TEST_F(Desktop, DatabaseNamesTheApplication) {
     const MountedVolume volume;
     const FSSpec application = volume.MakeFile("Tools/Tester", kOurs, 'APPL');
-    Register(application);
+    RegisterApplication(application, kOurs);
     ASSERT_EQ(Find(volume, false), noErr);
     ExpectFound(application);
     SInt16 number = 0;
@@ -170,7 +160,7 @@ TEST_F(Desktop, KeepsTheEntryTurnedDownInTheOutputs) {
 TEST_F(Desktop, FileGoneFromTheDatabaseOfTheVolumeIsNotFound) {
     const MountedVolume volume;
     const FSSpec application = volume.MakeFile("Tester", kOurs, 'APPL');
-    Register(application);
+    RegisterApplication(application, kOurs);
     ASSERT_EQ(FSpDelete(&application), noErr);
     EXPECT_EQ(Find(volume, false), afpItemNotFound);
     EXPECT_EQ(Find(volume, true), afpItemNotFound);

@@ -22,16 +22,6 @@ class Volumes : public testing::Test {
         }
         return 0;
     }
-    static void Register(const FSSpec& inApplication, OSType inCreator = kOurs) {
-        DTPBRec block = {};
-        block.ioVRefNum = inApplication.vRefNum;
-        ThrowIfError(PBDTGetPath(&block));
-        FSSpec application = inApplication;
-        block.ioNamePtr = application.name;
-        block.ioDirID = application.parID;
-        block.ioFileCreator = inCreator;
-        ThrowIfError(PBDTAddAPPLSync(&block));
-    }
     // No volume of the machine has an application of ours, but the first ones may be slow to ask.
     static void HideAllBut(const std::vector<FSVolumeRefNum>& inVolumes) {
         gFileFaults.getVolumeInfo = [inVolumes](HParmBlkPtr ioBlock) {
@@ -101,7 +91,7 @@ TEST_F(Volumes, ParametersAreAskedForInTheirFirstVersionsLength) {
 TEST_F(Volumes, NameTheApplicationThatTheirDatabaseKnows) {
     const MountedVolume volume;
     const FSSpec application = volume.MakeFile("Tools/Tester", kOurs, 'APPL');
-    Register(application);
+    RegisterApplication(application, kOurs);
     FSSpec found = {};
     ASSERT_TRUE(UVolume::FindAppOnVolume(kOurs, volume.Number(), found));
     EXPECT_EQ(found.vRefNum, volume.Number());
@@ -140,8 +130,8 @@ TEST_F(Volumes, TheFirstWithAnApplicationWins) {
     HideAllBut({empty.Number(), first.Number(), second.Number()});
     FSSpec found = {};
     EXPECT_FALSE(UVolume::FindApp(kOurs, found));
-    Register(second.MakeFile("New", kOurs, 'APPL'));
-    Register(first.MakeFile("Old", kOurs, 'APPL'));
+    RegisterApplication(second.MakeFile("New", kOurs, 'APPL'), kOurs);
+    RegisterApplication(first.MakeFile("Old", kOurs, 'APPL'), kOurs);
     ASSERT_TRUE(UVolume::FindApp(kOurs, found));
     EXPECT_EQ(found.vRefNum, first.Number());
     EXPECT_EQ(TextOf(found.name), "Old");
@@ -150,7 +140,7 @@ TEST_F(Volumes, TheFirstWithAnApplicationWins) {
 TEST_F(Volumes, OfServersAndWithoutDatabaseAreNeverAsked) {
     const MountedVolume remote(kPlatformMountRemote, "Remote");
     const MountedVolume plain(kPlatformMountNoDesktopManager, "Plain");
-    Register(remote.MakeFile("There", kOurs, 'APPL'));
+    RegisterApplication(remote.MakeFile("There", kOurs, 'APPL'), kOurs);
     HideAllBut({remote.Number(), plain.Number()});
     gFileFaults.openDatabase = [](DTPBPtr) {
         ADD_FAILURE() << "asked";
@@ -162,7 +152,7 @@ TEST_F(Volumes, OfServersAndWithoutDatabaseAreNeverAsked) {
 
 TEST_F(Volumes, OneThatFailsEndsTheSearch) {
     const MountedVolume broken(0, "Broken"), good(0, "Good");
-    Register(good.MakeFile("There", kOurs, 'APPL'));
+    RegisterApplication(good.MakeFile("There", kOurs, 'APPL'), kOurs);
     HideAllBut({broken.Number(), good.Number()});
     gFileFaults.openDatabase = [&](DTPBPtr ioBlock) {
         if (ioBlock->ioVRefNum == broken.Number()) return OSErr{ioErr};
