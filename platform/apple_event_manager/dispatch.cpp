@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "apple_event_manager/debug_prints.h"
 #include "apple_event_manager/event_loop.h"
 #include "apple_event_manager/exchange.h"
 #include "apple_event_manager/handlers.h"
@@ -71,6 +72,7 @@ bool IsReplyWanted(const Dispatch& inDispatch) {
 
 void SendReply(Dispatch* ioDispatch) {
     if (!IsReplyWanted(*ioDispatch)) return;
+    if (PrintsReceives()) DebugPrint("Replying", ioDispatch->reply);
     Exchange& exchange = TheExchange();
     OSErr err = exchange.Reply(ioDispatch->origin, EventBytes(ioDispatch->reply));
     if (err == noErr) return;
@@ -153,6 +155,7 @@ const AppleEvent& TheCurrentEvent() {
 }
 
 OSErr RunDispatch(Dispatch* ioDispatch) {
+    if (PrintsReceives()) DebugPrint("Received an event", ioDispatch->event);
     return Run(ioDispatch, !IsNullDesc(ioDispatch->reply), [&] {
         return OfferToHandlers(ioDispatch->event, &ioDispatch->reply, kAEDoNotIgnoreHandler);
     });

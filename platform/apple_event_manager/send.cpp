@@ -6,6 +6,7 @@
 #include <Carbon/Processes.h>
 
 #include "apple_event_manager/access.h"
+#include "apple_event_manager/debug_prints.h"
 #include "apple_event_manager/dispatch.h"
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/received.h"
@@ -65,8 +66,8 @@ OSErr SendToSelf(const AppleEvent& inEvent, AppleEvent* outReply, const Target& 
     return err;
 }
 
-OSErr SendEvent(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
-                SendOptions inOptions) {
+OSErr SendQuietly(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
+                  SendOptions inOptions) {
     if (outReply) AEInitializeDesc(outReply);
     inOptions.replyMode = inMode & kReplyModeMask;
     inOptions.interaction = InteractionOf(inMode);
@@ -79,6 +80,15 @@ OSErr SendEvent(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMo
     if (const OSErr err = FindTarget(*inEvent, &target)) return err;
     if (target.isSelf) return SendToSelf(*inEvent, outReply, target, inOptions);
     return SendOperation(*inEvent, target.psn, inOptions).Run(outReply);
+}
+
+OSErr SendEvent(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
+                const SendOptions& inOptions) {
+    if (!inEvent || !PrintsSends()) return SendQuietly(inEvent, outReply, inMode, inOptions);
+    DebugPrint("Sending an event", *inEvent);
+    const OSErr result = SendQuietly(inEvent, outReply, inMode, inOptions);
+    DebugPrintOutcome(result, outReply);
+    return result;
 }
 
 }  // namespace
