@@ -57,8 +57,9 @@ FolderCache::~FolderCache() = default;
 
 // A child that shared its parent's queue would take the parent's notices away.
 void FolderCache::Start() {
-    if (mNotices && mForks == ForkCount()) return;
+    if (mIsStarted && mForks == ForkCount()) return;
     DropAll();
+    mIsStarted = true;
     mForks = ForkCount();
     mNotices.Reset(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
 }
@@ -114,7 +115,7 @@ void FolderCache::TakeNotices() {
         for (ssize_t at = 0; at < length;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
             if (event->mask & IN_Q_OVERFLOW) {
-                DropAll();
+                mIsStarted = false;
                 return Start();
             }
             TakeNotice(event->wd, event->mask, event->len ? event->name : "");

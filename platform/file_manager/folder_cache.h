@@ -42,6 +42,7 @@ class FolderCache {
     const VolumeRegistry& mRegistry;
     UniqueFd mNotices;
     unsigned mForks = 0;
+    bool mIsStarted = false;
     std::unordered_map<std::string, std::unique_ptr<Listing>> mByPath;
     std::unordered_multimap<int, Listing*> mByWatch;
     UInt64 mClock = 0;  // counts uses, to tell the oldest
