@@ -10,6 +10,7 @@
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/limits.h"
 #include "apple_event_manager/received.h"
+#include "apple_event_manager/watched_send.h"
 #include "process_manager/process_table.h"
 
 namespace carbon {
@@ -107,6 +108,7 @@ bool Exchange::HandleReply(Connection* inConnection, Frame&& inFrame) {
         awaited->waiter->reply = reply;
         awaited->waiter->state = Waiter::State::kAnswered;
     } else {
+        NoteQueuedReply(reply);
         return TheEventQueue().PostAppleEvent(reply, {});
     }
     return isEvent;

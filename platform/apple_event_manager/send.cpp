@@ -12,6 +12,7 @@
 #include "apple_event_manager/received.h"
 #include "apple_event_manager/send_operation.h"
 #include "apple_event_manager/target.h"
+#include "apple_event_manager/watched_send.h"
 
 namespace carbon {
 
@@ -59,6 +60,7 @@ OSErr SendToSelf(const AppleEvent& inEvent, AppleEvent* outReply, const Target& 
     if (dispatch.isSuspended) return errAETimeout;
     AEDisposeDesc(&dispatch.event);
     if (!err && inOptions.replyMode == kAEWaitReply) return *outReply = dispatch.reply, noErr;
+    if (!err && inOptions.replyMode == kAEQueueReply) NoteQueuedReply(dispatch.reply);
     if (!err && inOptions.replyMode == kAEQueueReply)
         return TheEventQueue().PostAppleEvent(dispatch.reply, {}) ? OSErr{noErr}
                                                                   : OSErr{memFullErr};
@@ -78,8 +80,10 @@ OSErr SendQuietly(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode in
     if (inMode & kAEDontExecute) return noErr;  // Only to be recorded, and nobody records.
     Target target;
     if (const OSErr err = FindTarget(*inEvent, &target)) return err;
-    if (target.isSelf) return SendToSelf(*inEvent, outReply, target, inOptions);
-    return SendOperation(*inEvent, target.psn, inOptions).Run(outReply);
+    WatchedSend watched(*inEvent, target.psn, inOptions.replyMode);
+    if (target.isSelf)
+        return watched.Ended(SendToSelf(*inEvent, outReply, target, inOptions), outReply);
+    return watched.Ended(SendOperation(*inEvent, target.psn, inOptions).Run(outReply), outReply);
 }
 
 OSErr SendEvent(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,

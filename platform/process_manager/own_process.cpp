@@ -13,6 +13,7 @@
 #include <mutex>
 
 #include "apple_event_manager/transport.h"
+#include "apple_event_manager/watch_page.h"
 #include "file_manager/catalog.h"
 #include "posix/proc_stat.h"
 #include "posix/runtime_folder.h"
@@ -158,6 +159,7 @@ OSErr MoveToNewTable() {
     if (slot == nullptr) return memFullErr;
     sOwn.table = table;
     sOwn.slot = slot;
+    OpenWatchPage();  // the folder may be another one
     CountAsGivenOut(*table, sOwn.entry.psn.lowLongOfPSN);
     WriteOwnEntry(*table, *slot);
     slot->socketReady = 1;
@@ -180,6 +182,7 @@ OSErr CheckInLocked() {
     }
     const OSErr err = EnterTable(*sOwn.table);
     if (err != noErr) return err;
+    OpenWatchPage();   // without it nobody sees what the program sends; it goes on
     InstallEndings();  // after the socket's, so that the entry goes before it does
     sOwn.checkedIn = true;
     return noErr;
