@@ -22,6 +22,7 @@ constexpr const char* kFooter =
     "  vantor find --creator ttxt --type TEXT Disk   files of a volume by creator and type\n"
     "  vantor info ~/photos/one.tif                  what a Mac would know of the file\n"
     "  vantor resources FILE --type 'STR ' --id 128  one resource of a Mac file\n"
+    "  vantor monitor --process Calverin             what is sent to the recorder, and by it\n"
     "\n"
     "Exit status:\n"
     "  0 done            3 no recorder that can be driven\n"
@@ -33,6 +34,7 @@ struct CommandLine {
     BurnRequest burn;
     FindRequest find;
     ResourcesRequest resources;
+    MonitorRequest monitor;
     std::string mode, onOff, file;
     bool json = false;
     std::function<void()> run;
@@ -103,6 +105,35 @@ void AddResources(CLI::App& ioApp, CommandLine& ioLine) {
     command->callback([&ioLine] { ioLine.run = [&ioLine] { ShowResources(ioLine.resources); }; });
 }
 
+CLI::Option* AddCode(CLI::App* ioCommand, const char* inWord, const char* inHelp,
+                     std::optional<OSType>& outCode) {
+    return ioCommand
+        ->add_option_function<std::string>(
+            inWord, [&outCode](const std::string& inText) { outCode = CodeOf(inText); }, inHelp)
+        ->type_name("XXXX")
+        ->check([](const std::string& inText) {
+            return inText.empty() || inText.size() > 4 ? "a code has four characters"
+                                                       : std::string();
+        });
+}
+
+void AddMonitor(CLI::App& ioApp, CommandLine& ioLine) {
+    MonitorRequest& request = ioLine.monitor;
+    CLI::App* command =
+        ioApp.add_subcommand("monitor", "Show the events between programs as they happen");
+    AddCode(command, "--class", "Only events of this class, four characters", request.eventClass);
+    AddCode(command, "--id", "Only events of this ID, four characters", request.eventID);
+    command
+        ->add_option("--process", request.process,
+                     "Only events from or to this program, by its name or number")
+        ->type_name("PROCESS");
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine] {
+        ioLine.monitor.json = ioLine.json;
+        ioLine.run = [&ioLine] { MonitorEvents(ioLine.monitor); };
+    });
+}
+
 void AddMode(CLI::App& ioApp, CommandLine& ioLine) {
     CLI::App* command = ioApp.add_subcommand("mode", "Tell or set a mode of the recorder");
     command->add_option("MODE", ioLine.mode, "server or simulation")
@@ -155,6 +186,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "blank", "Ask for a blank disc", RequestBlank);
     AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
     AddMode(ioApp, ioLine);
+    AddMonitor(ioApp, ioLine);
     AddFind(ioApp, ioLine);
     AddInfo(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);

@@ -45,6 +45,16 @@ struct FindRequest {
 
 void Find(const FindRequest& inRequest);
 
+struct MonitorRequest {
+    std::optional<AEEventClass> eventClass;
+    std::optional<AEEventID> eventID;
+    std::string process;  // the name or the number of the sender or the target; empty: any
+    bool json = false;
+};
+
+// Until Ctrl-C.
+void MonitorEvents(const MonitorRequest& inRequest);
+
 void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);
 void ShowDrives(bool inJson);

@@ -1,0 +1,197 @@
+// Owns `vantor monitor`: events between the user's programs and what came of them, as it happens.
+#include <Platform/Monitor.h>
+
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <map>
+#include <utility>
+
+#include "Commands.h"
+#include "EventText.h"
+#include "Failure.h"
+#include "Interrupt.h"
+#include "Json.h"
+#include "Output.h"
+
+namespace cli {
+namespace {
+
+constexpr UInt32 kLookForInterruptAfter = 200;  // milliseconds
+constexpr size_t kMostOpen = 10'000;
+
+class Watch {
+  public:
+    Watch() { ThrowIfFailed(PlatformMonitorOpen(&mMonitor), "watch the events"); }
+    ~Watch() { PlatformMonitorClose(mMonitor); }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    bool Next(PlatformWatchedEvent* outEvent) {
+        const OSErr err = PlatformMonitorNext(mMonitor, kLookForInterruptAfter, outEvent);
+        if (err == errAETimeout) return false;
+        ThrowIfFailed(err, "read the next event");
+        return true;
+    }
+    UInt32 Missed() { return PlatformMonitorMissed(mMonitor); }
+
+  private:
+    PlatformMonitorRef mMonitor = nullptr;
+};
+
+// An event that was shown and has not come to its end.
+struct Open {
+    UInt64 number;
+    std::string codes;
+};
+
+class View {
+  public:
+    explicit View(const MonitorRequest& inRequest) : mRequest(inRequest) {}
+
+    void Show(const PlatformWatchedEvent& inEvent) {
+        if (inEvent.kind == kPlatformEventSent)
+            ShowSent(inEvent);
+        else
+            ShowEnd(inEvent);
+        std::fflush(stdout);
+    }
+
+    // Counted for all programs together: which of them it was about, nobody knows.
+    void ShowMissed(UInt32 inCount) {
+        if (inCount == 0) return;
+        if (mRequest.json)
+            PrintJson({{"event", "missed"}, {"count", inCount}});
+        else
+            std::printf("%s missed.\n", Counted(inCount).c_str());
+        std::fflush(stdout);
+    }
+
+  private:
+    using Key = std::pair<UInt32, UInt64>;  // sender and exchange
+
+    static Key KeyOf(const PlatformWatchedEvent& inEvent) {
+        return {inEvent.sender.lowLongOfPSN, inEvent.exchange};
+    }
+    static std::string Counted(UInt32 inCount) {
+        return inCount == 1 ? "1 event" : std::to_string(inCount) + " events";
+    }
+    bool IsWanted(const PlatformWatchedEvent& inEvent) const;
+    void ShowSent(const PlatformWatchedEvent& inEvent);
+    void ShowEnd(const PlatformWatchedEvent& inEvent);
+
+    const MonitorRequest& mRequest;
+    std::map<Key, Open> mOpen;
+    UInt64 mCount = 0;
+};
+
+std::string NameOf(ConstStringPtr inName, const ProcessSerialNumber& inNumber) {
+    const std::string name = MacRomanText(inName);
+    return (name.empty() ? "?" : name) + " (" + std::to_string(inNumber.lowLongOfPSN) + ")";
+}
+
+bool IsProcess(const std::string& inWanted, ConstStringPtr inName,
+               const ProcessSerialNumber& inNumber) {
+    return inWanted == MacRomanText(inName) || inWanted == std::to_string(inNumber.lowLongOfPSN);
+}
+
+// Local time of day, to the millisecond.
+std::string TimeOfDay(SInt64 inNanoseconds) {
+    const time_t seconds = inNanoseconds / 1'000'000'000;
+    tm parts{};
+    localtime_r(&seconds, &parts);
+    char text[32];
+    const int milliseconds = static_cast<int>(inNanoseconds / 1'000'000 % 1000);
+    std::snprintf(text, sizeof text, "%02d:%02d:%02d.%03d", parts.tm_hour, parts.tm_min,
+                  parts.tm_sec, milliseconds);
+    return text;
+}
+
+double Milliseconds(SInt64 inNanoseconds) {
+    return std::round(static_cast<double>(inNanoseconds) / 1e3) / 1e3;
+}
+
+Json JsonOf(ConstStringPtr inName, const ProcessSerialNumber& inNumber) {
+    return {{"number", inNumber.lowLongOfPSN}, {"name", MacRomanText(inName)}};
+}
+
+const char* ReplyModeOf(SInt32 inMode) {
+    if (inMode == kAENoReply) return "none";
+    return inMode == kAEQueueReply ? "queue" : "wait";
+}
+
+bool View::IsWanted(const PlatformWatchedEvent& inEvent) const {
+    if (mRequest.eventClass && *mRequest.eventClass != ClassOf(inEvent.event)) return false;
+    if (mRequest.eventID && *mRequest.eventID != IDOf(inEvent.event)) return false;
+    return mRequest.process.empty() ||
+           IsProcess(mRequest.process, inEvent.senderName, inEvent.sender) ||
+           IsProcess(mRequest.process, inEvent.targetName, inEvent.target);
+}
+
+void View::ShowSent(const PlatformWatchedEvent& inEvent) {
+    if (!IsWanted(inEvent)) return;
+    // What never comes to its end was missed, or its sender was killed.
+    if (mOpen.size() == kMostOpen) mOpen.erase(mOpen.begin());
+    const std::string codes =
+        "'" + Code(ClassOf(inEvent.event)) + "'\\'" + Code(IDOf(inEvent.event)) + "'";
+    mOpen[KeyOf(inEvent)] = {++mCount, codes};
+    if (mRequest.json)
+        PrintJson({{"event", "sent"},
+                   {"number", mCount},
+                   {"time", inEvent.time},
+                   {"sender", JsonOf(inEvent.senderName, inEvent.sender)},
+                   {"target", JsonOf(inEvent.targetName, inEvent.target)},
+                   {"class", Code(ClassOf(inEvent.event))},
+                   {"id", Code(IDOf(inEvent.event))},
+                   {"reply", ReplyModeOf(inEvent.replyMode)},
+                   {"parameters", ParametersJson(inEvent.event)}});
+    else
+        std::printf("%s #%llu %s -> %s  %s %s\n", TimeOfDay(inEvent.time).c_str(),
+                    static_cast<unsigned long long>(mCount),
+                    NameOf(inEvent.senderName, inEvent.sender).c_str(),
+                    NameOf(inEvent.targetName, inEvent.target).c_str(), codes.c_str(),
+                    ParametersOf(inEvent.event).c_str());
+}
+
+// Of an event that is not shown, or was sent before the watching began, the end is not shown
+// either.
+void View::ShowEnd(const PlatformWatchedEvent& inEvent) {
+    const auto found = mOpen.find(KeyOf(inEvent));
+    if (found == mOpen.end()) return;
+    const Open open = found->second;
+    mOpen.erase(found);
+    const bool isAnswered = inEvent.kind == kPlatformEventAnswered;
+    if (mRequest.json) {
+        Json json = {{"event", isAnswered ? "answered" : "ended"},
+                     {"number", open.number},
+                     {"time", inEvent.time},
+                     {"milliseconds", Milliseconds(inEvent.elapsed)},
+                     {"error", inEvent.error}};
+        if (isAnswered) json["parameters"] = ParametersJson(inEvent.event);
+        return PrintJson(json);
+    }
+    std::string outcome = isAnswered ? "answered" : inEvent.error == noErr ? "sent" : "failed";
+    if (inEvent.error != noErr) outcome += " with error " + std::to_string(inEvent.error);
+    std::printf("%s #%llu %s %s in %.3f ms%s%s\n", TimeOfDay(inEvent.time).c_str(),
+                static_cast<unsigned long long>(open.number), open.codes.c_str(), outcome.c_str(),
+                Milliseconds(inEvent.elapsed), isAnswered ? "  " : "",
+                isAnswered ? ParametersOf(inEvent.event).c_str() : "");
+}
+
+}  // namespace
+
+void MonitorEvents(const MonitorRequest& inRequest) {
+    Watch watch;
+    View view(inRequest);
+    std::fprintf(stderr, "Watching; Ctrl-C ends it.\n");
+    while (InterruptCount() == 0) {
+        PlatformWatchedEvent event;
+        if (watch.Next(&event)) {
+            view.Show(event);
+            AEDisposeDesc(&event.event);
+        }
+        view.ShowMissed(watch.Missed());
+    }
+}
+
+}  // namespace cli
