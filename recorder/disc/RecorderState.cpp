@@ -171,14 +171,6 @@ void RecorderState::ChooseDrive(const std::string& inIdentifier) {
     mDriveId = inIdentifier;
 }
 
-DriveInfo RecorderState::DriveAt(SInt32 inPosition) {
-    const auto identifiers = mDrives.Identifiers();
-    const SInt32 count = SInt32(identifiers.size());
-    const SInt32 position = inPosition < 0 ? count + 1 + inPosition : inPosition;
-    if (position < 1 || position > count) throw BurnFailure(nsDrvErr, "There is no such drive.");
-    return mEngine.Probe(identifiers[size_t(position - 1)]);
-}
-
 DriveInfo RecorderState::DriveNamed(const std::string& inName) {
     for (const auto& identifier : mDrives.Identifiers()) {
         const DriveInfo info = mEngine.Probe(identifier);

@@ -57,8 +57,7 @@ class RecorderState {
 
     const std::string& ChosenDrive();
     void ChooseDrive(const std::string& inIdentifier);
-    // By position, from 1, or by identifier or name; nsDrvErr when there is none.
-    DriveInfo DriveAt(SInt32 inPosition);
+    // By identifier or name; nsDrvErr when there is none.
     DriveInfo DriveNamed(const std::string& inName);
 
     bool ServerMode() const { return mServerMode; }

@@ -6,15 +6,18 @@
 
 #include "burn/BurnFailure.h"
 #include "handlers/Values.h"
+#include "vantor/appleevents/MoreAE.h"
 #include "vantor/foundation/LException.h"
 
 namespace recorder {
 namespace {
 
-void PutSentence(const std::string& inText, AppleEvent* ioReply) {
-    if (ioReply == nullptr || ioReply->descriptorType == DescType(typeNull)) return;
+// The code, or that of the failure to say more about it.
+OSErr CodeWithSentence(SInt32 inCode, const std::string& inText, AppleEvent* ioReply) {
+    if (ioReply == nullptr) return OSErr(inCode);
     const std::string text = MacRomanOf(inText);
-    AEPutParamPtr(ioReply, keyErrorString, typeChar, text.data(), Size(text.size()));
+    const StAEDescriptor sentence(typeChar, text.data(), Size(text.size()));
+    return MoreAEAddResultToReply(sentence, ioReply, OSErr(inCode));
 }
 
 }  // namespace
@@ -26,13 +29,11 @@ OSErr CodeOf(const std::function<void()>& inWork, AppleEvent* ioReply) {
     } catch (const LException& exception) {
         return OSErr(exception.GetErrorCode());
     } catch (const BurnFailure& failure) {
-        PutSentence(failure.what(), ioReply);
-        return OSErr(failure.Code());
+        return CodeWithSentence(failure.Code(), failure.what(), ioReply);
     } catch (const std::bad_alloc&) {
         return memFullErr;
     } catch (const std::exception& exception) {
-        PutSentence(exception.what(), ioReply);
-        return ioErr;
+        return CodeWithSentence(ioErr, exception.what(), ioReply);
     }
 }
 
@@ -50,9 +51,7 @@ void LateReplies::Turn() {
     mWaiting.erase(done, mWaiting.end());
     for (auto& waiting : ready) {
         const OSErr code = CodeOf([&] { waiting.answer(&waiting.reply); }, &waiting.reply);
-        const SInt32 number = EndianS32_NtoB(code);
-        if (code != noErr && waiting.reply.descriptorType != DescType(typeNull))
-            AEPutParamPtr(&waiting.reply, keyErrorNumber, typeSInt32, &number, sizeof number);
+        if (code != noErr) MoreAEMoreAESetReplyErrorNumber(code, &waiting.reply);
         AEResumeTheCurrentEvent(&waiting.event, &waiting.reply,
                                 reinterpret_cast<AEEventHandlerUPP>(kAENoDispatch), 0);
     }

@@ -1,10 +1,14 @@
 // Owns what each event does.
 #include "handlers/commands.h"
 
+#include <algorithm>
+
 #include "burn/BurnFailure.h"
 #include "handlers/handlers.h"
 #include "handlers/parameters.h"
 #include "handlers/properties.h"
+#include "vantor/appleevents/MoreAE.h"
+#include "vantor/appleevents/UAppleEventsMgr.h"
 #include "vantor/foundation/LException.h"
 
 namespace recorder {
@@ -15,35 +19,42 @@ namespace {
 constexpr int kSoon = 200;  // milliseconds
 
 void PutAnswer(const StAEDescriptor& inValue, AppleEvent& ioReply) {
-    if (ioReply.descriptorType == DescType(typeNull)) return;  // nobody asked for an answer
-    ThrowIfError(AEPutParamDesc(&ioReply, keyDirectObject, inValue));
+    ThrowIfError(MoreAEAddResultToReply(inValue, &ioReply, noErr));
 }
 
-void AnswerProperty(RecorderState& inState, const Object& inObject, DescType inType,
-                    AppleEvent& ioReply) {
-    StAEDescriptor value;
-    GetProperty(inState, inObject, value);
-    ConvertTo(inType, value);
-    PutAnswer(value, ioReply);
-}
-
-// Old hosts name no type and know no UTF-8.
-DescType WantedType(const AppleEvent& inEvent, const StAEDescriptor& inValue) {
+// 0 when the sender names none.
+DescType WantedType(const AppleEvent& inEvent) {
     StAEDescriptor wanted;
     wanted.GetOptionalParamDesc(inEvent, keyAERequestedType, typeType);
-    if (wanted.mDesc.descriptorType != DescType(typeNull)) return CodeFrom(wanted);
-    return inValue.mDesc.descriptorType == DescType(typeUTF8Text) ? DescType(typeChar)
-                                                                  : DescType(typeWildCard);
+    return wanted.mDesc.descriptorType == DescType(typeNull) ? 0 : CodeFrom(wanted);
 }
 
-void AnswerGet(Recorder& inRecorder, const AppleEvent& inEvent, const Object& inObject,
+// The value of a property, a specifier for any other object. Hosts that name no type know no UTF-8.
+void MakeAnswer(RecorderState& inState, const Object& inObject, DescType inType,
+                StAEDescriptor& outValue) {
+    if (inObject.property == 0) return MakeSpecifier(inObject, outValue);
+    GetProperty(inState, inObject, outValue);
+    if (inType != 0)
+        ConvertTo(inType, outValue);
+    else if (outValue.mDesc.descriptorType == DescType(typeUTF8Text))
+        ConvertTo(typeChar, outValue);
+}
+
+// One answer, or the list of them.
+void AnswerGet(RecorderState& inState, const Objects& inObjects, DescType inType,
                AppleEvent& ioReply) {
-    StAEDescriptor value;
-    GetProperty(inRecorder.state, inObject, value);
-    const DescType type = WantedType(inEvent, value);
-    RefuseUnreadParameters(inEvent);
-    ConvertTo(type, value);
-    PutAnswer(value, ioReply);
+    StAEDescriptor answer, list;
+    if (inObjects.areMany) ThrowIfError(AECreateList(nullptr, 0, false, list));
+    for (const Object& object : inObjects.each) {
+        MakeAnswer(inState, object, inType, answer);
+        if (inObjects.areMany) ThrowIfError(AEPutDesc(list, 0, answer));
+    }
+    PutAnswer(inObjects.areMany ? list : answer, ioReply);
+}
+
+bool MustWaitForOne(RecorderState& inState, const Objects& inObjects) {
+    return std::any_of(inObjects.each.begin(), inObjects.each.end(),
+                       [&](const Object& object) { return MustWaitFor(inState, object); });
 }
 
 bool HasEnded(RecorderState& inState, const JobEnd& inEnd) {
@@ -61,44 +72,38 @@ void ThrowJobError(const JobEnd& inEnd) {
 void HandleGetData(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& ioReply) {
     StAEDescriptor specifier;
     specifier.GetParamDesc(inEvent, keyDirectObject);
-    const Object object = ResolveObject(specifier);
-    if (object.property == 0) {
-        Accept(inEvent, keyAERequestedType);
-        RefuseUnreadParameters(inEvent);
-        return PutAnswer(specifier, ioReply);
-    }
-    if (!MustWaitFor(inRecorder.state, object) || inRecorder.state.Engine().WaitUntilQuiet(kSoon))
-        return AnswerGet(inRecorder, inEvent, object, ioReply);
+    const DescType type = WantedType(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
+    const Objects objects = ResolveObjects(specifier);
+    RecorderState& state = inRecorder.state;
+    if (!MustWaitForOne(state, objects) || state.Engine().WaitUntilQuiet(kSoon))
+        return AnswerGet(state, objects, type, ioReply);
     inRecorder.late.Suspend(
-        inEvent, ioReply, [&inRecorder, object] { return !MustWaitFor(inRecorder.state, object); },
-        [&inRecorder, object](AppleEvent* reply) {
-            AnswerProperty(inRecorder.state, object, typeWildCard, *reply);
-        });
+        inEvent, ioReply, [&state, objects] { return !MustWaitForOne(state, objects); },
+        [&state, objects, type](AppleEvent* reply) { AnswerGet(state, objects, type, *reply); });
 }
 
 void HandleSetData(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
     StAEDescriptor specifier, value;
     specifier.GetParamDesc(inEvent, keyDirectObject);
     value.GetParamDesc(inEvent, keyAEData);
-    RefuseUnreadParameters(inEvent);
-    const Object object = ResolveObject(specifier);
-    if (object.property == 0) LException::Throw(errAENotModifiable);
-    SetProperty(inRecorder.state, object, value);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
+    const Objects objects = ResolveObjects(specifier);
+    for (const Object& object : objects.each) {
+        if (object.property == 0) LException::Throw(errAENotModifiable);
+        SetProperty(inRecorder.state, object, value);
+    }
 }
 
 void HandleCountElements(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& ioReply) {
     StAEDescriptor container, wanted, count;
     container.GetOptionalParamDesc(inEvent, keyDirectObject);
     wanted.GetParamDesc(inEvent, keyAEObjectClass, typeType);
-    RefuseUnreadParameters(inEvent);
-    const OSType wantedClass = CodeFrom(wanted);
-    const Object object = ResolveObject(container);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
+    const Objects containers = ResolveObjects(container);
     SInt32 number = 0;
-    if (object.objectClass == DescType(cApplication) && object.property == 0) {
-        if (wantedClass == OSType(kDiscClass)) number = 1;
-        if (wantedClass == OSType(kDriveClass))
-            number = SInt32(inRecorder.state.Engine().DriveIdentifiers().size());
-    }
+    for (const Object& object : containers.each)
+        number += CountElements(inRecorder.state, CodeFrom(wanted), object);
     MakeNumber(number, count);
     PutAnswer(count, ioReply);
 }
@@ -108,7 +113,7 @@ void HandleMakeDisc(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&
     kind.GetParamDesc(inEvent, keyAEObjectClass, typeType);
     Accept(inEvent, keyAEInsertHere);
     Accept(inEvent, keyAEPropData);
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.MakeDisc(CodeFrom(kind));
 }
 
@@ -118,16 +123,17 @@ static void CheckIsDisc(const AppleEvent& inEvent) {
     StAEDescriptor specifier;
     specifier.GetOptionalParamDesc(inEvent, keyDirectObject);
     if (specifier.mDesc.descriptorType == DescType(typeNull)) return;
-    const Object object = ResolveObject(specifier);
-    if (object.objectClass != DescType(kDiscClass) || object.property != 0)
-        LException::Throw(errAENoSuchObject);
+    const Objects objects = ResolveObjects(specifier);
+    for (const Object& object : objects.each)
+        if (object.objectClass != kDiscClass || object.property != 0)
+            LException::Throw(errAENoSuchObject);
 }
 
 void HandleAddItems(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
     CheckIsDisc(inEvent);
     StAEDescriptor files;
     files.GetParamDesc(inEvent, 'kfil');
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.AddItems(PathsFrom(files));
 }
 
@@ -140,7 +146,7 @@ void HandleWrite(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& io
     options.mayAskForDisc = OptionalBoolean(inEvent, 'askU', true);
     const bool atOnce = OptionalBoolean(inEvent, 'Asyn', false);
     Accept(inEvent, 'wrAs');  // every disc is a session of its own and is closed
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     const JobEnd end = inRecorder.state.Write(options);
     if (atOnce) return;
     inRecorder.late.Suspend(
@@ -156,7 +162,7 @@ static void AnswerBlankDisc(RecorderState& inState, const JobEnd& inEnd) {
 }
 
 void HandleRequestBlankDisc(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent& ioReply) {
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     RecorderState& state = inRecorder.state;
     const JobEnd end = state.RequestBlankDisc();
     if (state.Engine().WaitUntilQuiet(kSoon) && HasEnded(state, end))
@@ -167,18 +173,18 @@ void HandleRequestBlankDisc(Recorder& inRecorder, const AppleEvent& inEvent, App
 }
 
 void HandleEject(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.Eject();
 }
 
 void HandleEndSession(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.EndSession();
 }
 
 void HandleCancel(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
     CheckIsDisc(inEvent);
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.Cancel();
 }
 
@@ -186,7 +192,7 @@ void HandleOpen(Recorder&, const AppleEvent&, AppleEvent&) {}
 
 void HandleQuit(Recorder& inRecorder, const AppleEvent& inEvent, AppleEvent&) {
     Accept(inEvent, keyAESaveOptions);
-    RefuseUnreadParameters(inEvent);
+    UAppleEventsMgr::CheckForMissedParams(inEvent);
     inRecorder.state.QuitWhenDone();
 }
 

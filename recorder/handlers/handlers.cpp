@@ -1,10 +1,12 @@
-// Owns the table of events and their installation.
+// Owns the installation of handlers, and which function is whose.
 #include "handlers/handlers.h"
 
+#include <algorithm>
 #include <array>
 
 #include "handlers/commands.h"
 #include "handlers/objects.h"
+#include "vantor/appleevents/UAppleEventsMgr.h"
 #include "vantor/foundation/LException.h"
 
 namespace recorder {
@@ -12,26 +14,32 @@ namespace {
 
 Recorder* sRecorder = nullptr;
 
+using Function = void (*)(Recorder&, const AppleEvent&, AppleEvent&);
+
 struct Entry {
-    AEEventClass eventClass;
-    AEEventID eventID;
-    void (*handle)(Recorder&, const AppleEvent&, AppleEvent&);
+    OSType name;  // the last word of a line in the resources' table of events
+    Function handle;
 };
 
-constexpr auto kEvents =
-    std::to_array<Entry>({{kAECoreSuite, kAEGetData, HandleGetData},
-                          {kAECoreSuite, kAESetData, HandleSetData},
-                          {kAECoreSuite, kAECountElements, HandleCountElements},
-                          {kAECoreSuite, kAECreateElement, HandleMakeDisc},
-                          {'Fv8k', 'addD', HandleAddItems},
-                          {'Fv8k', 'wrIt', HandleWrite},
-                          {'Fv8k', 'RDsc', HandleRequestBlankDisc},
-                          {'Fv8k', 'Ejct', HandleEject},
-                          {'Fv8k', 'EndB', HandleEndSession},
-                          {'Fv8k', 'Cncl', HandleCancel},
-                          {kCoreEventClass, kAEOpenApplication, HandleOpen},
-                          {kCoreEventClass, kAEReopenApplication, HandleOpen},
-                          {kCoreEventClass, kAEQuitApplication, HandleQuit}});
+constexpr auto kHandlers = std::to_array<Entry>({{'getd', HandleGetData},
+                                                 {'setd', HandleSetData},
+                                                 {'cnte', HandleCountElements},
+                                                 {'crel', HandleMakeDisc},
+                                                 {'addD', HandleAddItems},
+                                                 {'wrIt', HandleWrite},
+                                                 {'RDsc', HandleRequestBlankDisc},
+                                                 {'Ejct', HandleEject},
+                                                 {'EndB', HandleEndSession},
+                                                 {'Cncl', HandleCancel},
+                                                 {'oapp', HandleOpen},
+                                                 {'quit', HandleQuit}});
+
+Function FunctionFor(OSType inName) {
+    const auto* found = std::find_if(kHandlers.begin(), kHandlers.end(),
+                                     [&](const Entry& entry) { return entry.name == inName; });
+    if (found == kHandlers.end()) LException::Throw(errAEHandlerNotFound);
+    return found->handle;
+}
 
 HostId SenderOf(const AppleEvent& inEvent) {
     ProcessSerialNumber sender = {};
@@ -43,11 +51,11 @@ HostId SenderOf(const AppleEvent& inEvent) {
     return HostId(EndianU32_BtoN(sender.highLongOfPSN)) << 32 | EndianU32_BtoN(sender.lowLongOfPSN);
 }
 
-OSErr Handle(const AppleEvent* inEvent, AppleEvent* ioReply, SInt32 inIndex) {
+OSErr Handle(const AppleEvent* inEvent, AppleEvent* ioReply, SInt32 inName) {
     return CodeOf(
         [&] {
             sRecorder->state.ServeHost(SenderOf(*inEvent));
-            kEvents[size_t(inIndex)].handle(*sRecorder, *inEvent, *ioReply);
+            FunctionFor(OSType(inName))(*sRecorder, *inEvent, *ioReply);
         },
         ioReply);
 }
@@ -63,9 +71,9 @@ bool HostIsAlive(HostId inHost) {
 void InstallHandlers(Recorder& inRecorder) {
     sRecorder = &inRecorder;
     InstallObjectAccessors(inRecorder.state);
-    for (size_t i = 0; i < kEvents.size(); ++i)
-        ThrowIfError(AEInstallEventHandler(kEvents[i].eventClass, kEvents[i].eventID,
-                                           NewAEEventHandlerUPP(Handle), SInt32(i), false));
+    // Without its table the recorder would run and be deaf.
+    if (CountResources('aedt') == 0) LException::Throw(resNotFound);
+    UAppleEventsMgr::InstallAEHandlers(Handle);
 }
 
 }  // namespace recorder

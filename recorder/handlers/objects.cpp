@@ -1,84 +1,134 @@
 // Owns the accessors: one step each from a container to what lies in it.
 #include "handlers/objects.h"
 
+#include <algorithm>
+
 #include "burn/BurnFailure.h"
 #include "disc/RecorderState.h"
+#include "handlers/LateReplies.h"
 #include "handlers/Values.h"
+#include "handlers/comparison.h"
+#include "vantor/appleevents/UAppleEventsMgr.h"
 #include "vantor/foundation/LException.h"
 
 namespace recorder {
 namespace {
 
+constexpr SInt32 kAllElements = -1;  // as a position
+
 RecorderState* sState = nullptr;
 
-// A token is 'Disc' without data, 'Driv' with the identifier, or 'prop' with the code, the class of
-// its object and that object's data.
-OSErr MakeToken(DescType inType, const std::string& inData, AEDesc* outToken) {
-    return AECreateDesc(inType, inData.data(), Size(inData.size()), outToken);
+// What distinguishes the elements of a class: nothing for the one disc, the identifiers of drives.
+std::vector<std::string> ElementsOf(DescType inClass) {
+    if (inClass == kDiscClass) return {std::string()};
+    return sState->Engine().DriveIdentifiers();
 }
 
-std::string CodeBytes(OSType inCode) {
-    const UInt32 code = EndianU32_NtoB(inCode);
-    return {reinterpret_cast<const char*>(&code), sizeof code};
-}
-
-OSType CodeAt(const std::string& inBytes, size_t inAt) {
-    OSType code = 0;
-    for (size_t i = 0; i < sizeof code; ++i) code = code << 8 | UInt8(inBytes[inAt + i]);
-    return code;
-}
-
-// The position that key data names; 0 for one that is none.
-SInt32 PositionFrom(const AEDesc& inData) {
-    if (inData.descriptorType != typeAbsoluteOrdinal) {
-        StAEDescriptor number;
-        return AECoerceDesc(&inData, typeSInt32, number) == noErr ? SInt32(CodeFrom(number)) : 0;
+void PutElements(DescType inClass, const std::vector<std::string>& inElements,
+                 StAEDescriptor& outTokens) {
+    ThrowIfError(AECreateList(nullptr, 0, false, outTokens));
+    for (const auto& element : inElements) {
+        StAEDescriptor token;
+        MakeToken({inClass, element}, token);
+        ThrowIfError(AEPutDesc(outTokens, 0, token));
     }
-    const OSType ordinal = CodeFrom(inData);
-    return ordinal == OSType(kAEFirst) ? 1 : ordinal == OSType(kAELast) ? -1 : 0;
 }
 
-OSErr FindDisc(DescType inForm, const AEDesc& inData, AEDesc* outToken) {
-    if (inForm != DescType(formAbsolutePosition)) return errAEBadKeyForm;
-    const SInt32 position = PositionFrom(inData);
-    return position == 1 || position == -1 ? MakeToken(kDiscClass, {}, outToken)
-                                           : OSErr(errAENoSuchObject);
+void FindByPosition(DescType inClass, const AEDesc& inData, StAEDescriptor& outToken) {
+    const auto elements = ElementsOf(inClass);
+    const auto count = SInt32(elements.size());
+    const SInt32 position = UAppleEventsMgr::GetAbsolutePositionIndex(inData, count);
+    if (position == kAllElements) return PutElements(inClass, elements, outToken);
+    if (position < 1 || position > count) LException::Throw(errAENoSuchObject);
+    MakeToken({inClass, elements[size_t(position - 1)]}, outToken);
 }
 
-OSErr FindDrive(DescType inForm, const AEDesc& inData, AEDesc* outToken) {
-    if (inForm == DescType(formAbsolutePosition))
-        return MakeToken(kDriveClass, sState->DriveAt(PositionFrom(inData)).id, outToken);
-    if (inForm == DescType(formName) || inForm == DescType(formUniqueID))
-        return MakeToken(kDriveClass, sState->DriveNamed(TextFrom(inData)).id, outToken);
-    return errAEBadKeyForm;
+// One end of a range, from 0: a token of one of the elements, or a position.
+size_t PlaceOf(DescType inClass, const std::vector<std::string>& inElements, const AEDesc& inRange,
+               AEKeyword inBound) {
+    StAEDescriptor bound;
+    bound.GetParamDesc(inRange, inBound);
+    if (bound.mDesc.descriptorType != inClass) {
+        const SInt32 position =
+            UAppleEventsMgr::GetAbsolutePositionIndex(bound, SInt32(inElements.size()));
+        if (position < 1 || position > SInt32(inElements.size()))
+            LException::Throw(errAENoSuchObject);
+        return size_t(position - 1);
+    }
+    const auto found = std::find(inElements.begin(), inElements.end(), ObjectFrom(bound).driveId);
+    if (found == inElements.end()) LException::Throw(errAENoSuchObject);
+    return size_t(found - inElements.begin());
 }
 
-OSErr FindProperty(const AEDesc& inContainer, DescType inForm, const AEDesc& inData,
-                   AEDesc* outToken) {
-    if (inForm != DescType(formPropertyID)) return errAEBadKeyForm;
-    std::string data = CodeBytes(CodeFrom(inData)) + CodeBytes(inContainer.descriptorType);
-    if (inContainer.descriptorType == kDriveClass) data += BytesOf(inContainer);
-    return MakeToken(cProperty, data, outToken);
+void FindByRange(DescType inClass, const AEDesc& inRange, StAEDescriptor& outTokens) {
+    const auto elements = ElementsOf(inClass);
+    const size_t start = PlaceOf(inClass, elements, inRange, keyAERangeStart);
+    const size_t stop = PlaceOf(inClass, elements, inRange, keyAERangeStop);
+    if (start > stop) LException::Throw(errAEImpossibleRange);
+    const auto first = elements.begin() + std::ptrdiff_t(start);
+    const auto last = elements.begin() + std::ptrdiff_t(stop);
+    PutElements(inClass, std::vector<std::string>(first, last + 1), outTokens);
 }
 
-OSErr Step(DescType inClass, const AEDesc& inContainer, DescType inForm, const AEDesc& inData,
-           AEDesc* outToken) {
-    if (inClass == DescType(cProperty)) return FindProperty(inContainer, inForm, inData, outToken);
-    return inClass == DescType(kDiscClass) ? FindDisc(inForm, inData, outToken)
-                                           : FindDrive(inForm, inData, outToken);
+void FindByName(DescType inClass, const AEDesc& inName, StAEDescriptor& outToken) {
+    const std::string name = TextFrom(inName);
+    if (inClass == kDriveClass) return MakeToken({inClass, sState->DriveNamed(name).id}, outToken);
+    if (sState->Disc().volumeName != name) LException::Throw(errAENoSuchObject);
+    MakeToken({inClass, {}}, outToken);
+}
+
+void FindElements(DescType inClass, DescType inForm, const AEDesc& inData,
+                  StAEDescriptor& outToken) {
+    const bool hasIdentifiers = inClass == kDriveClass;
+    if (inForm == DescType(formAbsolutePosition)) return FindByPosition(inClass, inData, outToken);
+    if (inForm == DescType(formRange)) return FindByRange(inClass, inData, outToken);
+    if (inForm == DescType(formName) || (inForm == DescType(formUniqueID) && hasIdentifiers))
+        return FindByName(inClass, inData, outToken);
+    LException::Throw(errAEBadKeyForm);
+}
+
+void FindProperty(const AEDesc& inContainer, DescType inForm, const AEDesc& inData,
+                  StAEDescriptor& outToken) {
+    if (inForm != DescType(formPropertyID)) LException::Throw(errAEBadKeyForm);
+    Object object = ObjectFrom(inContainer);
+    object.property = CodeFrom(inData);
+    MakeToken(object, outToken);
 }
 
 OSErr Access(DescType inClass, const AEDesc* inContainer, DescType, DescType inForm,
              const AEDesc* inData, AEDesc* outToken, SInt32) {
-    try {
-        return Step(inClass, *inContainer, inForm, *inData, outToken);
-    } catch (const LException& exception) {
-        return OSErr(exception.GetErrorCode());
-    } catch (const BurnFailure& failure) {
-        return failure.Code() == nsDrvErr ? OSErr(errAENoSuchObject) : OSErr(failure.Code());
-    } catch (const std::exception&) {
-        return memFullErr;
+    StAEDescriptor token;
+    const OSErr err = CodeOf(
+        [&] {
+            if (inClass == DescType(cProperty))
+                return FindProperty(*inContainer, inForm, *inData, token);
+            FindElements(inClass, inForm, *inData, token);
+        },
+        nullptr);
+    std::swap(*outToken, token.mDesc);
+    return err == nsDrvErr ? OSErr(errAENoSuchObject) : err;
+}
+
+OSErr Count(DescType inClass, DescType, const AEDesc* inContainer, SInt32* outCount) {
+    return CodeOf([&] { *outCount = CountElements(*sState, inClass, ObjectFrom(*inContainer)); },
+                  nullptr);
+}
+
+OSErr Compare(DescType inOperator, const AEDesc* inLeft, const AEDesc* inRight, Boolean* outHolds) {
+    return CodeOf([&] { *outHolds = CompareOperands(*sState, *inLeft, inOperator, *inRight); },
+                  nullptr);
+}
+
+Objects ObjectsFrom(const AEDesc& inTokens) {
+    Objects objects{{}, true};
+    SInt32 count = 0;
+    ThrowIfError(AECountItems(&inTokens, &count));
+    for (SInt32 i = 1; i <= count; ++i) {
+        StAEDescriptor token;
+        ThrowIfError(AEGetNthDesc(&inTokens, i, typeWildCard, nullptr, token));
+        objects.each.push_back(ObjectFrom(token));
     }
+    return objects;
 }
 
 }  // namespace
@@ -93,26 +143,24 @@ void InstallObjectAccessors(RecorderState& inState) {
           Entry{cProperty, kDiscClass}, Entry{cProperty, kDriveClass}})
         ThrowIfError(AEInstallObjectAccessor(entry.wanted, entry.container,
                                              NewOSLAccessorUPP(Access), 0, false));
+    ThrowIfError(AESetObjectCallbacks(NewOSLCompareUPP(Compare), NewOSLCountUPP(Count), nullptr,
+                                      nullptr, nullptr, nullptr, nullptr));
 }
 
-Object ResolveObject(const AEDesc& inSpecifier) {
-    if (inSpecifier.descriptorType == DescType(typeNull)) return {};
+Objects ResolveObjects(const AEDesc& inSpecifier) {
+    if (inSpecifier.descriptorType == DescType(typeNull)) return {{Object{}}};
     StAEDescriptor token;
-    const OSErr err = AEResolve(&inSpecifier, kAEIDoMinimum, token);
+    const OSErr err = AEResolve(&inSpecifier, kAEResolveNestedLists, token);
     if (err == errAEAccessorNotFound) LException::Throw(errAENoSuchObject);
     ThrowIfError(err);
-    Object object;
-    const std::string data = BytesOf(token);
-    object.objectClass = token.mDesc.descriptorType;
-    if (object.objectClass == DescType(cProperty)) {
-        object.property = CodeAt(data, 0);
-        object.objectClass = CodeAt(data, 4);
-        object.driveId = data.substr(8);
-    } else {
-        object.driveId = data;
-    }
-    if (object.objectClass == DescType(typeNull)) object.objectClass = cApplication;
-    return object;
+    if (token.mDesc.descriptorType == DescType(typeAEList)) return ObjectsFrom(token);
+    return {{ObjectFrom(token)}};
+}
+
+SInt32 CountElements(RecorderState& inState, DescType inClass, const Object& inContainer) {
+    if (inContainer.objectClass != DescType(cApplication) || inContainer.property != 0) return 0;
+    if (inClass == kDiscClass) return 1;
+    return inClass == kDriveClass ? SInt32(inState.Engine().DriveIdentifiers().size()) : 0;
 }
 
 }  // namespace recorder

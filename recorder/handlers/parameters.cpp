@@ -27,15 +27,6 @@ std::string PathFrom(const AEDesc& inFile) {
 
 }  // namespace
 
-void RefuseUnreadParameters(const AppleEvent& inEvent) {
-    DescType type = 0;
-    Size size = 0;
-    AEKeyword keyword = 0;
-    const OSErr err = AEGetAttributePtr(&inEvent, keyMissedKeywordAttr, typeWildCard, &type,
-                                        &keyword, sizeof keyword, &size);
-    if (err != errAEDescNotFound) ThrowIfError(err == noErr ? OSErr(errAEParamMissed) : err);
-}
-
 void Accept(const AppleEvent& inEvent, AEKeyword inKeyword) {
     const StAEDescriptor ignored(inEvent, inKeyword);
     static_cast<void>(ignored);

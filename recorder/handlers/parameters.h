@@ -8,10 +8,6 @@
 
 namespace recorder {
 
-// errAEParamMissed when the sender means something by a parameter that nobody has read. Call it
-// after the last one was.
-void RefuseUnreadParameters(const AppleEvent& inEvent);
-
 // Reads a parameter that makes no difference.
 void Accept(const AppleEvent& inEvent, AEKeyword inKeyword);
 
