@@ -43,6 +43,12 @@ OSErr HoldForkUses(int inFile, Fork inFork, ForkUses inUses) {
     return noErr;
 }
 
+void ReleaseForkUses(int inFile) {
+    struct flock all = {};
+    all.l_type = F_UNLCK;
+    fcntl(inFile, F_OFD_SETLK, &all);
+}
+
 ForkUses ForkUsesOfOthers(int inFile, Fork inFork) {
     if (!IsHeld(inFile, inFork, 0, kUses)) return 0;
     ForkUses uses = 0;

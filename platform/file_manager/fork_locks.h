@@ -25,6 +25,10 @@ typedef UInt8 ForkUses;
 // `inFile` is the file itself, open for reading; the locks last until it is closed.
 OSErr HoldForkUses(int inFile, Fork inFork, ForkUses inUses);
 
+// Ends these locks, and those on ranges. Closing alone leaves them to a child that was forked
+// meanwhile, until its exec.
+void ReleaseForkUses(int inFile);
+
 // What others hold; `inFile` may be any opening of the file, and what it holds itself is not told.
 ForkUses ForkUsesOfOthers(int inFile, Fork inFork);
 

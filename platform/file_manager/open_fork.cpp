@@ -200,6 +200,7 @@ OSErr OpenFork::Close() {
     const std::lock_guard lock(mMutex);
     const OSErr error = mStorage->Close();
     const int file = mFile.Release();
+    if (mForks == ForkCount()) ReleaseForkUses(file);
     return close(file) == 0 ? error : OSErr(ioErr);
 }
 

@@ -11,6 +11,7 @@
 
 #include "file_manager/fork_storage.h"
 #include "posix/UniqueFd.h"
+#include "posix/fork_count.h"
 
 namespace carbon {
 
@@ -75,6 +76,7 @@ class OpenFork {
     UInt64 mRangesEdition = 0;
     bool mHasOthersRanges = false;
     std::atomic<bool> mIsChanged = false;
+    const unsigned mForks = ForkCount();  // the locks are this process's, not its children's
 };
 
 }  // namespace carbon

@@ -284,6 +284,19 @@ TEST_F(OpeningTest, ForgetsAProcessThatWasKilled) {
     EXPECT_GT(OpenResources("File", fsRdWrPerm), 0);
 }
 
+TEST_F(OpeningTest, IsOverWhenItIsClosedThoughAChildHasInheritedIt) {
+    const SInt16 number = Open("File", fsRdWrPerm);
+    const pid_t child = fork();
+    if (child == 0) {
+        for (;;) pause();
+    }
+    mOpen.clear();
+    EXPECT_EQ(FSClose(number), noErr);
+    EXPECT_GT(Open("File", fsRdWrPerm), 0);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+}
+
 TEST_F(OpeningTest, ShowsInTheCatalogAndKeepsTheFileFromDeletion) {
     FSSpec spec = SpecOf(Path("File"));
     const auto attributes = [&] {
