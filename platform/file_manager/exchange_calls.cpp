@@ -8,6 +8,7 @@
 #include "file_manager/catalog_info.h"
 #include "file_manager/finder_info.h"
 #include "file_manager/located.h"
+#include "file_manager/object_guard.h"
 #include "file_manager/parameter_block.h"
 #include "posix/os_err.h"
 
@@ -19,7 +20,7 @@ namespace {
 struct Side {
     Located located;
     SInt64 created = 0;
-    std::vector<UInt8> resources;
+    Metadata metadata;
 };
 
 OSErr TakeSide(Objects& ioObjects, FSVolumeRefNum inVolume, SInt32 inDirectory,
@@ -28,8 +29,9 @@ OSErr TakeSide(Objects& ioObjects, FSVolumeRefNum inVolume, SInt32 inDirectory,
     if (error != noErr) return error;
     const Object& object = outSide->located.object;
     if (object.status.IsFolder()) return notAFileErr;
-    outSide->created = CreationTimeOf(object.status, MetadataOf(object).facts);
-    return ReadResourceFork(object, &outSide->resources);
+    if (const OSErr unread = ReadMetadata(object, &outSide->metadata)) return unread;
+    outSide->created = CreationTimeOf(object.status, outSide->metadata.facts);
+    return outSide->metadata.companion == CompanionState::kDamaged ? OSErr(ioErr) : OSErr(noErr);
 }
 
 // Linux: file systems that cannot do this at one stroke do not do it at all.
@@ -40,13 +42,36 @@ OSErr ExchangeNames(const std::string& inOne, const std::string& inOther) {
     return errno == EINVAL || errno == ENOSYS ? OSErr(paramErr) : OSErrFromErrno(errno);
 }
 
-// Each name keeps its creation date, and gets the other's resources.
-OSErr PutBeside(const Side& inSide, const Side& inOther) {
+OSErr GiveAway(const std::string& inFrom, const std::string& inTo) {
+    const int result =
+        renameat2(AT_FDCWD, inFrom.c_str(), AT_FDCWD, inTo.c_str(), RENAME_NOREPLACE);
+    return result == 0 ? OSErr(noErr) : OSErrFromErrno(errno);
+}
+
+// The companions go with their forks: no fork is ever in memory only. A side without one gets the
+// other's and leaves it none.
+OSErr ExchangeCompanions(const std::string& inOne, const std::string& inOther) {
+    const auto one = CompanionPath(inOne, false), other = CompanionPath(inOther, false);
+    OSErr error = ExchangeNames(one, other);
+    if (error == fnfErr) error = GiveAway(one, other);
+    if (error == fnfErr) error = GiveAway(other, one);
+    return error == fnfErr ? OSErr(noErr) : error;
+}
+
+OSErr ExchangeContents(const std::string& inOne, const std::string& inOther) {
+    ObjectGuards guards;
+    if (const OSErr error = guards.Take(inOne, inOther)) return error;
+    if (const OSErr error = ExchangeNames(inOne, inOther)) return error;
+    const OSErr error = ExchangeCompanions(inOne, inOther);
+    if (error != noErr) ExchangeNames(inOne, inOther);  // as it was
+    return error;
+}
+
+// What stays with the name: all but the forks and the date of their last change.
+OSErr KeepFacts(const Side& inSide) {
     const std::string& path = inSide.located.object.path;
-    OSErr error = noErr;
-    if (inSide.resources != inOther.resources) error = ReplaceResourceFork(path, inOther.resources);
-    if (error != noErr) return error;
     return ChangeMetadata(path, [&](Metadata* ioMetadata) {
+        *ioMetadata = inSide.metadata;
         ObjectStatus status;
         const bool isThere = StatusOfObject(path, &status) == noErr;
         if (!isThere || CreationTimeOf(status, ioMetadata->facts) != inSide.created)
@@ -68,18 +93,18 @@ void KeepNumber(Objects& ioObjects, const Located& inLocated) {
 OSErr ExchangeSides(Objects& ioObjects, const Side& inOne, const Side& inOther) {
     const auto& one = inOne.located.object.path;
     const auto& other = inOther.located.object.path;
-    if (const OSErr error = ExchangeNames(one, other)) return error;
-    OSErr error = PutBeside(inOne, inOther);
-    if (error == noErr) error = PutBeside(inOther, inOne);
+    if (const OSErr error = ExchangeContents(one, other)) return error;
+    OSErr error = KeepFacts(inOne);
+    if (error == noErr) error = KeepFacts(inOther);
     if (error == noErr) {
         KeepNumber(ioObjects, inOne.located);
         KeepNumber(ioObjects, inOther.located);
         return noErr;
     }
-    // Back as it was: what fails now leaves the other's resources, which no one has lost.
-    ExchangeNames(one, other);
-    ReplaceResourceFork(one, inOne.resources);
-    ReplaceResourceFork(other, inOther.resources);
+    // Back as it was: what fails now leaves the other's facts, and no fork is lost.
+    ExchangeContents(one, other);
+    KeepFacts(inOne);
+    KeepFacts(inOther);
     return error;
 }
 

@@ -54,6 +54,13 @@ bool IsSameObject(const struct stat& inOne, const struct stat& inOther) {
 
 }  // namespace
 
+// Closing would not be enough: a child that was forked meanwhile keeps the lock until its exec.
+ObjectGuard::~ObjectGuard() {
+    struct flock all = {};
+    all.l_type = F_UNLCK;
+    if (mLock) fcntl(mLock.Get(), F_OFD_SETLK, &all);
+}
+
 // What the path names may change until the lock is there, and then the lock is on the wrong object.
 OSErr ObjectGuard::Take(const std::string& inPath) {
     const auto deadline = Clock::now() + kPatience;
@@ -66,6 +73,16 @@ OSErr ObjectGuard::Take(const std::string& inPath) {
         if (IsSameObject(mFacts, before)) return noErr;
     }
     return fBsyErr;
+}
+
+OSErr ObjectGuards::Take(const std::string& inOne, const std::string& inOther) {
+    struct stat one, other;
+    if (lstat(inOne.c_str(), &one) != 0 || lstat(inOther.c_str(), &other) != 0)
+        return OSErrFromErrno(errno);
+    const bool isInOrder = ByteOf(one) <= ByteOf(other);
+    if (const OSErr error = mFirst.Take(isInOrder ? inOne : inOther)) return error;
+    if (ByteOf(one) == ByteOf(other)) return noErr;  // one lock is both
+    return mSecond.Take(isInOrder ? inOther : inOne);
 }
 
 }  // namespace carbon

@@ -12,9 +12,14 @@ namespace carbon {
 
 // Held by one holder among all processes of the user, until this is destroyed or the process ends.
 // It follows the object through renames. Locks that other programs have on the object are theirs
-// and do not count here. Nobody holds one while waiting for anything else.
+// and do not count here. Nobody holds one while waiting for anything else, but for ObjectGuards.
 class ObjectGuard {
   public:
+    ObjectGuard() = default;
+    ~ObjectGuard();
+    ObjectGuard(const ObjectGuard&) = delete;
+    ObjectGuard& operator=(const ObjectGuard&) = delete;
+
     // Waits for another holder, up to seconds: fBsyErr. fnfErr, dirNFErr, afpAccessDenied; permErr
     // where the runtime folder is not the user's own.
     OSErr Take(const std::string& inPath);
@@ -22,8 +27,18 @@ class ObjectGuard {
     const struct stat& Facts() const { return mFacts; }  // of the object
 
   private:
-    UniqueFd mLock;  // closing it unlocks
+    UniqueFd mLock;
     struct stat mFacts {};
+};
+
+// Two objects at once, for what changes both. They are taken in one order by all, so that nobody
+// waits in a circle.
+class ObjectGuards {
+  public:
+    OSErr Take(const std::string& inOne, const std::string& inOther);  // codes as above
+
+  private:
+    ObjectGuard mFirst, mSecond;
 };
 
 }  // namespace carbon

@@ -1,8 +1,12 @@
 // File IDs, exchange, copies, rights, users and groups.
 #include <grp.h>
 #include <pwd.h>
+#include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <set>
 
 #include "VolumeFixture.h"
 
@@ -171,6 +175,41 @@ TEST_F(ExchangeTest, SwapsBothForksAndLeavesNamesNumbersAndDatesOfBirth) {
     EXPECT_EQ(FSRead(number, &count, bytes), noErr);
     EXPECT_EQ(std::string(bytes, 8), "data one");
     EXPECT_EQ(FSClose(number), noErr);
+}
+
+TEST_F(ExchangeTest, LeavesFinderInformationWithTheNames) {
+    ASSERT_EQ(HCreate(mVolume, 2, PString("One"), 'ONE ', 'TEXT'), noErr);
+    ASSERT_EQ(HCreate(mVolume, 2, PString("Two"), 'TWO ', 'PICT'), noErr);
+    WriteResources("One", "resources of one");
+    WriteResources("Two", "resources of two");
+    SInt16 number = 0;
+    ASSERT_EQ(HOpenRF(mVolume, 2, PString("One"), fsRdWrPerm, &number), noErr);
+    EXPECT_EQ(Exchange("One", "Two"), noErr);
+    SInt32 count = 3;
+    EXPECT_EQ(FSWrite(number, &count, "RES"), noErr);
+    EXPECT_EQ(FSClose(number), noErr);
+    EXPECT_EQ(Resources("One"), "resources of two");
+    EXPECT_EQ(Resources("Two"), "RESources of one");
+    EXPECT_EQ(+Info(2, "One").hFileInfo.ioFlFndrInfo.fdCreator, UInt32('ONE '));
+    EXPECT_EQ(+Info(2, "Two").hFileInfo.ioFlFndrInfo.fdCreator, UInt32('TWO '));
+}
+
+TEST_F(ExchangeTest, LosesNoForkWhenItIsKilled) {
+    Write("Disk/One", "data one");
+    Write("Disk/Two", "data two");
+    WriteResources("One", "resources of one");
+    WriteResources("Two", "resources of two");
+    for (int i = 0; i < 25; ++i) {
+        const pid_t child = fork();
+        while (child == 0) Exchange("One", "Two");
+        usleep(useconds_t(3000 + 487 * i));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        ASSERT_EQ((std::set{Read(Path("Disk/One")), Read(Path("Disk/Two"))}),
+                  (std::set<std::string>{"data one", "data two"}));
+        ASSERT_EQ((std::set{Resources("One"), Resources("Two")}),
+                  (std::set<std::string>{"resources of one", "resources of two"}));
+    }
 }
 
 TEST_F(ExchangeTest, RefusesWhatCannotBeExchanged) {
