@@ -89,8 +89,10 @@ OSErr OpenFile(const Object& inObject, Fork inFork, bool inIsForWriting, UniqueF
     return inIsForWriting ? CheckMayWrite(outFile->Get()) : OSErr(noErr);
 }
 
-OSErr NewStorage(int inFile, Fork inFork, std::unique_ptr<ForkStorage>* outStorage) {
-    if (inFork == Fork::kResource) return NewResourceStorage(inFile, outStorage);
+OSErr NewStorage(int inFile, Fork inFork, ForkUses inUses,
+                 std::unique_ptr<ForkStorage>* outStorage) {
+    const bool isShared = inUses & kWritesTogether;
+    if (inFork == Fork::kResource) return NewResourceStorage(inFile, isShared, outStorage);
     *outStorage = NewDataStorage(inFile);
     return noErr;
 }
@@ -136,7 +138,7 @@ OSErr Opening::Try(ForkUses inUses, SInt16* outNumber) {
     if (error == noErr) error = OpenFile(mObject, mRequest.fork, inUses & kWrites, &file);
     if (error == noErr) error = CheckOthers(file.Get(), inUses, outNumber);
     if (error == noErr) error = HoldForkUses(file.Get(), mRequest.fork, inUses);
-    if (error == noErr) error = NewStorage(file.Get(), mRequest.fork, &storage);
+    if (error == noErr) error = NewStorage(file.Get(), mRequest.fork, inUses, &storage);
     if (error != noErr) return error;
     const OpenFork::Facts facts{mRequest.fork, inUses, mObject.spec, mGuard.Facts().st_dev,
                                 mGuard.Facts().st_ino};

@@ -35,8 +35,8 @@ class ForkStorage {
 
 // `inFile` is the file itself; the storage keeps it no longer than its caller does.
 std::unique_ptr<ForkStorage> NewDataStorage(int inFile);
-// ioErr when the companion is damaged.
-OSErr NewResourceStorage(int inFile, std::unique_ptr<ForkStorage>* outStorage);
+// `inIsShared` where others may write beside this path. ioErr when the companion is damaged.
+OSErr NewResourceStorage(int inFile, bool inIsShared, std::unique_ptr<ForkStorage>* outStorage);
 
 // Where an open file lies now, whatever it was called when it was opened. Empty when it is deleted.
 std::string PathOfOpenFile(int inFile);

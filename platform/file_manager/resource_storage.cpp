@@ -20,7 +20,7 @@ constexpr SInt64 kLongestFork = 0x7FFFFFFF;
 
 class ResourceStorage : public ForkStorage {
   public:
-    explicit ResourceStorage(int inFile) : mFile(inFile) {}
+    ResourceStorage(int inFile, bool inIsShared) : mFile(inFile), mIsShared(inIsShared) {}
 
     OSErr Open() { return ReadAgain(); }
 
@@ -41,10 +41,12 @@ class ResourceStorage : public ForkStorage {
     OSErr Prepare();
     OSErr PrepareUnder(const ObjectGuard& inGuard, const MetadataOwner& inOwner);
     OSErr PutLength(SInt64 inLength);
+    OSErr TakeTurn(ObjectGuard* outTurn) const;
     OSErr FillGap(SInt64 inTo);
     OSErr Shrink(SInt64 inLength);
 
-    const int mFile;  // the file whose fork this is
+    const int mFile;       // the file whose fork this is
+    const bool mIsShared;  // others may write beside this
     UniqueFd mCompanion;
     SInt64 mOffset = 0;      // of the fork in it
     SInt64 mLength = 0;      // as last seen
@@ -154,6 +156,13 @@ OSErr ResourceStorage::PutLength(SInt64 inLength) {
     return noErr;
 }
 
+// Those who write beside each other change the length one after the other: a length that was read
+// before is another's by now, and writing it would cut off what the other has added.
+OSErr ResourceStorage::TakeTurn(ObjectGuard* outTurn) const {
+    const auto path = mIsShared ? PathOfOpenFile(mFile) : std::string();
+    return path.empty() ? OSErr(noErr) : outTurn->Take(path);
+}
+
 // Zeros from the end to `inTo`; what a longer fork left there is none of theirs.
 OSErr ResourceStorage::FillGap(SInt64 inTo) {
     struct stat facts;
@@ -187,7 +196,10 @@ OSErr ResourceStorage::Write(SInt64 inOffset, const void* inBytes, size_t inCoun
     *outDone = 0;
     if (inOffset + SInt64(inCount) > kLongestFork) return fileBoundsErr;
     OSErr error = Prepare();
-    if (error == noErr && inOffset + SInt64(inCount) > mLength) error = ReadLength();
+    ObjectGuard turn;
+    const bool mayGrow = mIsShared || inOffset + SInt64(inCount) > mLength;
+    if (error == noErr && mayGrow) error = TakeTurn(&turn);
+    if (error == noErr && mayGrow) error = ReadLength();
     if (error == noErr && inOffset > mLength) error = FillGap(inOffset);
     if (error != noErr) return error;
     mIsChanged = true;
@@ -207,6 +219,8 @@ OSErr ResourceStorage::SetLength(SInt64 inLength) {
     OSErr error = ReadLength();
     if (error != noErr || inLength == mLength) return error;
     error = Prepare();
+    ObjectGuard turn;
+    if (error == noErr) error = TakeTurn(&turn);
     if (error == noErr) error = ReadLength();
     if (error != noErr) return error;
     if (inLength < mLength) return Shrink(inLength);
@@ -260,8 +274,8 @@ OSErr ResourceStorage::Close() {
 
 }  // namespace
 
-OSErr NewResourceStorage(int inFile, std::unique_ptr<ForkStorage>* outStorage) {
-    auto storage = std::make_unique<ResourceStorage>(inFile);
+OSErr NewResourceStorage(int inFile, bool inIsShared, std::unique_ptr<ForkStorage>* outStorage) {
+    auto storage = std::make_unique<ResourceStorage>(inFile, inIsShared);
     const OSErr error = storage->Open();
     if (error == noErr) *outStorage = std::move(storage);
     return error;

@@ -1,6 +1,8 @@
 // Reading, writing, marks and lengths: the same for both forks.
 #include <fcntl.h>
 
+#include <thread>
+
 #include "ForkFixture.h"
 #include "file_manager/metadata.h"
 
@@ -25,6 +27,32 @@ class ForkTest : public ForkFixture, public testing::WithParamInterface<bool> {
 
 INSTANTIATE_TEST_SUITE_P(Both, ForkTest, testing::Bool(),
                          [](const auto& inInfo) { return inInfo.param ? "Resource" : "Data"; });
+
+TEST_P(ForkTest, KeepsWhatWritersBesideEachOtherAdd) {
+    constexpr SInt32 kPieces = 500;
+    const auto write = [&](SInt16 inNumber, SInt32 inFirst) {
+        for (SInt32 i = inFirst; i < kPieces; i += 2) {
+            ASSERT_EQ(SetFPos(inNumber, fsFromStart, 0), noErr);
+            ParamBlockRec block{};
+            char piece[4] = {'p', char('0' + i / 100), char('0' + i / 10 % 10), char('0' + i % 10)};
+            block.ioParam.ioRefNum = inNumber;
+            block.ioParam.ioBuffer = piece;
+            block.ioParam.ioReqCount = sizeof piece;
+            block.ioParam.ioPosMode = fsFromStart;
+            block.ioParam.ioPosOffset = i * 4;
+            ASSERT_EQ(PBWriteSync(&block), noErr);
+        }
+    };
+    const SInt16 one = OpenIt(fsRdWrShPerm), other = OpenIt(fsRdWrShPerm);
+    std::thread first(write, one, 0), second(write, other, 1);
+    first.join();
+    second.join();
+    std::string whole;
+    for (SInt32 i = 0; i < kPieces; ++i) {
+        whole += {'p', char('0' + i / 100), char('0' + i / 10 % 10), char('0' + i % 10)};
+    }
+    EXPECT_EQ(All(OpenIt(fsRdPerm)), whole);
+}
 
 TEST_P(ForkTest, GivesBackWhatWasWritten) {
     const SInt16 fork = OpenIt(fsRdWrPerm);
