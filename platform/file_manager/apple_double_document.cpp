@@ -26,9 +26,11 @@ std::vector<UInt8> StartOf(int inFile) {
 }
 
 // Read until two readings agree: another process may be writing the few bytes that change in place.
-std::vector<UInt8> SettledStartOf(int inFile) {
+// The size is looked at between them, so that it is that of the same moment as the length in it.
+std::vector<UInt8> SettledStartOf(int inFile, struct stat* outFacts) {
     auto start = StartOf(inFile);
     for (int tries = 0; tries < kMostReadings; ++tries) {
+        if (fstat(inFile, outFacts) != 0) return {};
         auto again = StartOf(inFile);
         if (again == start) break;
         start = std::move(again);
@@ -81,7 +83,7 @@ std::vector<UInt8> BytesAt(int inFile, UInt64 inOffset, size_t inLength) {
 std::optional<AppleDoubleDocument> AppleDoubleDocument::Read(int inFile) {
     struct stat facts;
     if (fstat(inFile, &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
-    const auto start = SettledStartOf(inFile);
+    const auto start = SettledStartOf(inFile, &facts);
     const auto entries = ParseAppleDouble(start, UInt64(facts.st_size));
     if (!entries || LengthBesideFork(*entries) > kMostBesideFork) return std::nullopt;
     AppleDoubleDocument document;

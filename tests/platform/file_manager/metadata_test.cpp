@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
+#include <atomic>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -293,6 +294,22 @@ TEST_F(MetadataTest, HasNoPlaceBesideANameThatIsTooLong) {
     EXPECT_EQ(Read(path).companion, carbon::CompanionState::kNone);
     EXPECT_EQ(GiveType(path, 'TEXT'), bdNamErr);
     EXPECT_EQ(GiveType(Path("Missing"), 'TEXT'), fnfErr);
+}
+
+TEST_F(MetadataTest, IsSoundWhileAForkGrowsAndShrinks) {
+    const auto path = Write("File");
+    ASSERT_EQ(GiveType(path, 'TEXT'), noErr);
+    const FSSpec spec = SpecOf(path);
+    SInt16 number = 0;
+    ASSERT_EQ(FSpOpenRF(&spec, fsRdWrPerm, &number), noErr);
+    std::atomic<bool> isDone = false;
+    std::thread writer([&] {
+        for (SInt32 i = 0; i < 3000; ++i) EXPECT_EQ(SetEOF(number, i % 2 == 0 ? 9000 : 1), noErr);
+        isDone = true;
+    });
+    while (!isDone) EXPECT_EQ(TypeOf(path), OSType('TEXT'));
+    writer.join();
+    EXPECT_EQ(FSClose(number), noErr);
 }
 
 TEST_F(MetadataTest, NeverLosesAChangeOfAnotherThread) {
