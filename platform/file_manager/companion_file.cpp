@@ -72,6 +72,12 @@ OSErr CopyFork(const Companion& inCompanion, int inTarget) {
     return noErr;
 }
 
+// A fork must be on the disk before it takes the place of the old one: should the power fail, the
+// rename alone may be there. What else is in a companion is not worth the wait.
+OSErr PutOnDisk(int inFile) {
+    return fdatasync(inFile) == 0 ? OSErr(noErr) : CompanionError(errno);
+}
+
 // Belongs to whom the object belongs to, and shows no one more than the object does. A file system
 // that keeps no owners or modes shows all its files alike.
 OSErr AdoptOwner(int inFile, const struct stat& inObject) {
@@ -150,8 +156,11 @@ OSErr ReadCompanion(const MetadataOwner& inOwner, Companion* outCompanion) {
 OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
                        const Companion& inCompanion) {
     const auto head = inCompanion.document.BytesBeforeFork(inCompanion.forkLength);
-    return Replace(inOwner, inGuard, head,
-                   [&](int inFile) { return CopyFork(inCompanion, inFile); });
+    return Replace(inOwner, inGuard, head, [&](int inFile) {
+        const OSErr error = CopyFork(inCompanion, inFile);
+        const bool isDone = error != noErr || inCompanion.forkLength == 0;
+        return isDone ? error : PutOnDisk(inFile);
+    });
 }
 
 OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
@@ -159,8 +168,7 @@ OSErr ReplaceCompanion(const MetadataOwner& inOwner, const ObjectGuard& inGuard,
     const auto head = inCompanion.document.BytesBeforeFork(UInt32(inFork.size()));
     return Replace(inOwner, inGuard, head, [&](int inFile) -> OSErr {
         const OSErr error = WriteAll(inFile, inFork);
-        if (error != noErr) return error;
-        return fdatasync(inFile) == 0 ? OSErr(noErr) : CompanionError(errno);
+        return error ? error : PutOnDisk(inFile);
     });
 }
 
