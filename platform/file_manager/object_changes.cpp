@@ -9,10 +9,12 @@
 #include <cerrno>
 #include <cstring>
 
+#include "file_manager/folder_listing.h"
 #include "file_manager/fork_table.h"
 #include "file_manager/lookup.h"
 #include "file_manager/metadata.h"
 #include "file_manager/names.h"
+#include "file_manager/object_guard.h"
 #include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 
@@ -52,10 +54,14 @@ OSErr SetType(const std::string& inPath, OSType inCreator, OSType inType, Script
     });
 }
 
-// A folder may hold what nobody sees: companions whose files are gone.
+// A folder may hold what nobody sees: companions whose files are gone. In a folder that stays they
+// stay, too: somebody may be about to put the file beside one of them.
 OSErr RemoveFolder(const std::string& inPath) {
+    std::vector<std::string> names;
     if (rmdir(inPath.c_str()) == 0) return noErr;
     if (errno != ENOTEMPTY && errno != EEXIST) return OSErrFromErrno(errno);
+    if (const OSErr error = ReadFolder(inPath, &names)) return error;
+    if (!names.empty()) return fBsyErr;
     if (const OSErr error = RemoveOrphanedMetadata(inPath)) return error;
     return Result(rmdir(inPath.c_str()));
 }
@@ -137,7 +143,10 @@ OSErr DeleteObject(Objects& ioObjects, const Located& inLocated) {
     if (const OSErr error = CheckWritable(inLocated.volume)) return error;
     const bool hasCompanion = HasCompanion(object);
     if (object.status.isImmutable || (hasCompanion && IsLocked(object))) return fLckdErr;
-    if (S_ISREG(object.status.mode) && IsOpenSomewhere(object.path)) return fBsyErr;
+    const bool hasForks = S_ISREG(object.status.mode);
+    ObjectGuard guard;  // or somebody opens it between the look and the end
+    if (const OSErr error = hasForks ? guard.Take(object.path) : OSErr(noErr)) return error;
+    if (hasForks && IsOpenSomewhere(object.path)) return fBsyErr;
     const OSErr error =
         object.status.IsFolder() ? RemoveFolder(object.path) : Result(unlink(object.path.c_str()));
     if (error != noErr) return error;

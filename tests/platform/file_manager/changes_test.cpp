@@ -144,6 +144,15 @@ TEST_F(ChangesTest, DeleteAFolderInWhichOnlyCompanionsAreLeft) {
     EXPECT_FALSE(Exists("Disk/Folder"));
 }
 
+TEST_F(ChangesTest, LeaveCompanionsInAFolderThatStays) {
+    MakeFolder("Disk/Folder");
+    ASSERT_EQ(HCreate(mVolume, FolderID("Folder"), PString("File"), 'ttxt', 'TEXT'), noErr);
+    std::filesystem::remove(Path("Disk/Folder/File"));
+    Write("Disk/Folder/Other");
+    EXPECT_EQ(Delete("Folder"), fBsyErr);
+    EXPECT_TRUE(Exists("Disk/Folder/._File"));
+}
+
 TEST_F(ChangesTest, RefuseToDeleteRenameOrMoveWhatIsLocked) {
     ASSERT_EQ(Create("File"), noErr);
     MakeFolder("Disk/Folder");
