@@ -4,6 +4,7 @@
 #include <Carbon/MacErrors.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <map>
 
 #include "file_manager/before_fork.h"
@@ -58,13 +59,14 @@ OSErr VolumeOfNumber(Objects& ioObjects, SInt16 inNumber, Volume* outVolume) {
     return noErr;
 }
 
+// A volume's number; else the first one that is free, for they would run out.
 SInt16 NumberOf(FSVolumeRefNum inVolume) {
     auto& volumes = Desktops().volumes;
-    for (size_t i = 0; i < volumes.size(); ++i) {
-        if (volumes[i] == inVolume) return SInt16(kFirstNumber + SInt16(i));
-    }
-    volumes.push_back(inVolume);
-    return SInt16(kFirstNumber + SInt16(volumes.size()) - 1);
+    auto place = std::find(volumes.begin(), volumes.end(), inVolume);
+    if (place == volumes.end()) place = std::find(volumes.begin(), volumes.end(), 0);
+    if (place == volumes.end()) place = volumes.insert(place, inVolume);
+    *place = inVolume;
+    return SInt16(kFirstNumber + (place - volumes.begin()));
 }
 
 // A file that another process has set aside or deleted meanwhile is not used any further.

@@ -163,6 +163,13 @@ TEST_F(DesktopManager, KnowsNoNumberButThatOfAnOpenDatabase) {
     EXPECT_EQ(Application(0), NotFound()) << number;
 }
 
+TEST_F(DesktopManager, GivesTheNumberOfAClosedDatabaseAgain) {
+    const SInt16 number = mNumber;
+    ASSERT_EQ(Close(), noErr);
+    ASSERT_EQ(Open(), noErr);
+    EXPECT_EQ(mNumber, number);
+}
+
 TEST_F(DesktopManager, FindsTheNewestApplicationAtZeroAndEachFromOne) {
     Write("disk/folder/old");
     ASSERT_EQ(Add("old"), noErr);
