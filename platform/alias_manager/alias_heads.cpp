@@ -1,13 +1,18 @@
 // Owns the calls on the head of an alias record.
 #include <Carbon/Aliases.h>
+#include <Carbon/MacMemory.h>
 
 #include "alias_manager/alias_record.h"
 #include "apple_event_manager/big_endian.h"
 
 namespace {
 
-const AliasRecord* RecordOf(AliasHandle inAlias) {
-    return inAlias ? *inAlias : nullptr;
+constexpr Size kHeadSize = 6;
+
+// Nothing for a handle that is too small for the head: it may have come from anywhere.
+AliasPtr RecordOf(AliasHandle inAlias) {
+    const bool isWhole = inAlias && *inAlias && GetHandleSize(Handle(inAlias)) >= kHeadSize;
+    return isWhole ? *inAlias : nullptr;
 }
 
 }  // namespace
@@ -33,5 +38,5 @@ void SetAliasUserTypeWithPtr(AliasPtr alias, OSType userType) {
 }
 
 void SetAliasUserType(AliasHandle alias, OSType userType) {
-    if (alias) SetAliasUserTypeWithPtr(*alias, userType);
+    SetAliasUserTypeWithPtr(RecordOf(alias), userType);
 }

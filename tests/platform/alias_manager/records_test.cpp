@@ -114,6 +114,15 @@ TEST_F(AliasRecords, CutOffAnywhereAreRefused) {
     }
 }
 
+TEST_F(AliasRecords, TooSmallForAHeadHaveNone) {
+    Alias alias;
+    alias.Set("abc");
+    EXPECT_EQ(GetAliasSize(alias), 0);
+    EXPECT_EQ(GetAliasUserType(alias), 0u);
+    SetAliasUserType(alias, 'user');
+    EXPECT_EQ(alias.Bytes(), "abc");
+}
+
 TEST_F(AliasRecords, WithOneByteChangedNeverDoHarm) {
     Alias alias;
     MakeAlias(mFile, alias);
