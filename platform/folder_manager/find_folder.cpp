@@ -2,6 +2,7 @@
 #include <Carbon/Folders.h>
 #include <Carbon/MacErrors.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -17,6 +18,7 @@ namespace {
 struct Candidates {
     std::vector<std::string> places;
     FSVolumeRefNum volume = 0;
+    bool areOpenToAll = false;  // they are in folders in which anyone may make others
 };
 
 const Volume* VolumeAsked(Objects& ioObjects, FSVolumeRefNum inAsked) {
@@ -56,7 +58,19 @@ OSErr FindCandidates(Objects& ioObjects, FSVolumeRefNum inAsked, OSType inType,
         for (auto& place : PlacesOnVolume(Volume(*volume), inType)) places.push_back(place);
         if (places.empty()) places = {PlaceOfUser(inType)};
     }
+    outCandidates->areOpenToAll = inType == kTemporaryFolderType && inAsked != kLocalDomain;
     return noErr;
+}
+
+// Whoever was there first could have made a folder or a link of that name for the user to fall
+// into.
+bool IsUsersOwn(const std::string& inPlace) {
+    for (const auto& path : {inPlace, ParentOfPath(inPlace)}) {
+        struct stat facts;
+        if (lstat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode)) return false;
+        if (facts.st_uid != geteuid()) return false;
+    }
+    return true;
 }
 
 // The innermost folder of a path that is there: it tells which volume the others would be on.
@@ -92,6 +106,7 @@ OSErr FindPlace(Objects& ioObjects, const Candidates& inCandidates, bool inMayMa
         if (place.empty() || (volume != 0 && !IsOnVolume(ioObjects, place, volume))) continue;
         OSErr error = inMayMake ? MakeFolders(place) : OSErr(noErr);
         if (error == noErr) error = ioObjects.AllFolders().FindByPath(place, outFolder);
+        if (error == noErr && inCandidates.areOpenToAll && !IsUsersOwn(place)) error = permErr;
         if (error == noErr && (volume == 0 || outFolder->volume == volume)) return noErr;
         if (error != noErr && error != dirNFErr) result = error;
     }

@@ -41,6 +41,16 @@ TEST_F(FolderManager, TemporaryItemsAreOnTheVolumeAskedFor) {
     EXPECT_EQ(Find(mVolume, kTemporaryFolderType), place + "/TemporaryItems");
 }
 
+TEST_F(FolderManager, TemporaryItemsAreInNoFolderOfAnothersMaking) {
+    MakeFolder("disk/trap");
+    MakeFolder("disk/.TemporaryItems");
+    const auto own = "folders." + std::to_string(getuid());
+    std::filesystem::create_directory_symlink("../trap", Path("disk/.TemporaryItems/") + own);
+    const auto refused = "error " + std::to_string(permErr);
+    EXPECT_EQ(Find(mVolume, kTemporaryFolderType, kCreateFolder), refused);
+    EXPECT_EQ(Find(mVolume, kTemporaryFolderType), refused);
+}
+
 TEST_F(FolderManager, EachVolumeHasATrashOfItsOwn) {
     EXPECT_EQ(Find(mVolume, kTrashFolderType, kCreateFolder),
               Path("disk/.Trash-") + std::to_string(getuid()) + "/files");
