@@ -51,6 +51,7 @@ OSErr Write(Resource& ioResource) {
     ioResource.rewritten = std::move(copy);
     ioResource.stored = ioResource.rewritten;
     ioResource.attributes &= ~resChanged;
+    ioResource.file->attributes |= mapChanged;  // the data wait for the update
     return noErr;
 }
 

@@ -8,11 +8,17 @@ namespace carbon {
 
 namespace {
 
+// Not more than the fork holds: where many resources claim the same data, a small fork would fill
+// the memory.
 void Preload(Chain& inChain, ResourceFile& ioFile) {
+    size_t room = ioFile.ForkSize();
     for (const auto& type : ioFile.Types()) {
         for (const auto& resource : type.resources) {
             Handle handle = nullptr;
-            if (resource->attributes & resPreload) HandleOf(inChain, *resource, &handle);
+            const size_t size = resource->stored.size();
+            if (!(resource->attributes & resPreload) || size > room) continue;
+            room -= size;
+            HandleOf(inChain, *resource, &handle);
         }
     }
 }

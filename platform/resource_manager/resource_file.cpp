@@ -6,6 +6,7 @@
 #include <Carbon/StringCompare.h>
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "resource_manager/registry.h"
 
@@ -45,11 +46,12 @@ OSErr ResourceFile::Read() {
     if (error == noErr) error = ParseFork(mFork, &fork);
     if (error != noErr) return error;
     mReserved = fork.reserved;
+    std::unordered_map<ResType, size_t> places;  // a hostile map may have thousands of types
     for (auto& stored : fork.types) {
+        const auto [place, isNew] = places.try_emplace(stored.type, mTypes.size());
+        if (isNew) mTypes.push_back(ResourceType{stored.type, {}});
         for (auto& from : stored.resources) {
-            ResourceType* type = FindType(stored.type);
-            if (!type) type = &mTypes.emplace_back(ResourceType{stored.type, {}});
-            type->resources.push_back(
+            mTypes[place->second].resources.push_back(
                 std::make_unique<Resource>(Resource{this,
                                                     stored.type,
                                                     from.id,

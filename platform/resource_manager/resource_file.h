@@ -58,6 +58,7 @@ class ResourceFile {
     // Whether changes reach the disk.
     bool IsWritten() const;
 
+    size_t ForkSize() const { return mFork.size(); }
     std::vector<ResourceType>& Types() { return mTypes; }
     ResourceType* FindType(ResType inType);
     Resource* Find(ResType inType, ResID inID);

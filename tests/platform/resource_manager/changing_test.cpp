@@ -270,6 +270,16 @@ TEST_F(Changing, AFileMadeReadOnlyInMemoryIsNotWritten) {
     EXPECT_GT(ForkOf().size(), 286u);
 }
 
+TEST_F(Changing, WrittenDataReachAFileThatWasNotedAsUnchanged) {
+    const Handle handle = Add('TEXT', 128, "text");
+    UpdateResFile(mFile);
+    Change(handle, "changed");
+    SetResFileAttrs(mFile, 0);
+    WriteResource(handle);
+    Reopen();
+    EXPECT_EQ(TextOfResource('TEXT', 128), "changed");
+}
+
 TEST_F(Changing, KeepsSettingAttributesOfAnUnknownFileNoError) {
     EXPECT_EQ(GetResFileAttrs(31000), 0);
     EXPECT_EQ(ResError(), resFNotFound);

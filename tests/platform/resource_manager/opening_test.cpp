@@ -221,6 +221,33 @@ TEST_F(Opening, PreloadsOnlyWhileTheLoadFlagIsOn) {
     EXPECT_EQ(TextOfResource('TEXT', 128), "empty handle");
 }
 
+TEST_F(Opening, PreloadsNoMoreThanTheForkHolds) {
+    const FSSpec spec = NewFile();
+    Open(spec);
+    const std::string text(1000, 'x');
+    for (ResID id = 0; id < 4; ++id) {
+        const Handle handle = Add('TEXT', id, text);
+        WriteResource(handle);
+        SetResAttrs(handle, resPreload);
+    }
+    CloseResFile(CurResFile());
+    auto fork = ForkOf();
+    const size_t map = fork.size() - 4 * 12;
+    for (size_t at = map; at < fork.size(); at += 12) {
+        for (size_t i = 5; i < 8; ++i) fork[at + i] = 0;  // all have the first one's data
+    }
+    fork.erase(fork.begin() + 256 + 1004, fork.begin() + 256 + 4 * 1004);
+    for (const size_t at : {4u, 8u}) {  // the map's place and the data's length
+        const size_t number = (fork[at + 2] << 8u | fork[at + 3]) - size_t(3 * 1004);
+        fork[at + 2] = UInt8(number >> 8);
+        fork[at + 3] = UInt8(number);
+    }
+    Open(FileWithFork("hostile", fork), fsRdPerm);
+    SetResLoad(false);
+    EXPECT_EQ(TextOfResource('TEXT', 0), text);
+    EXPECT_EQ(TextOfResource('TEXT', 3), "empty handle");
+}
+
 TEST_F(Opening, TellsWhetherAFileIsOpen) {
     const FSSpec spec = NewFile();
     Boolean inChain = true;
