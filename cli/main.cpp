@@ -23,6 +23,9 @@ constexpr const char* kFooter =
     "  vantor info ~/photos/one.tif                  what a Mac would know of the file\n"
     "  vantor resources FILE --type 'STR ' --id 128  one resource of a Mac file\n"
     "  vantor monitor --process Calverin             what is sent to the recorder, and by it\n"
+    "  vantor send Fv8k core cnte \"kocl:type(Driv)\"  any event to any program\n"
+    "  vantor get sTxt of Disc 1 Fv8k                one property of an object\n"
+    "  vantor set pnam of Disc 1 Fv8k '\"Photos\"'    the same, changed\n"
     "\n"
     "Exit status:\n"
     "  0 done            3 no recorder that can be driven\n"
@@ -35,6 +38,8 @@ struct CommandLine {
     FindRequest find;
     ResourcesRequest resources;
     MonitorRequest monitor;
+    SendRequest send;
+    std::vector<std::string> words;
     std::string mode, onOff, file;
     bool json = false;
     std::function<void()> run;
@@ -177,6 +182,78 @@ void AddInfo(CLI::App& ioApp, CommandLine& ioLine) {
         [&ioLine] { ioLine.run = [&ioLine] { ShowInfo(ioLine.file, ioLine.json); }; });
 }
 
+constexpr const char* kSendFooter =
+    "PARAMETERS are keyword:value, separated by commas; ~ before a keyword makes it optional, & "
+    "an\n"
+    "attribute. Values: 5, \"text\", 'code', type(pnam), shor(3), doub(\"2.5\"), alis($0A0B$),\n"
+    "[1, 2], { key: 1 }, obj { want:type(prop), from:null(), form:prop, seld:type(pnam) }.\n"
+    "Keywords and codes with a minus sign, space or punctuation are quoted: '----'.\n"
+    "TARGET is a PID, a path, a signature or a name.\n"
+    "\n"
+    "Examples:\n"
+    "  vantor send Fv8k Fv8k Ejct\n"
+    "  vantor send Calverin core cnte \"kocl:type(Driv)\" --json\n"
+    "\n"
+    "Exit status: 0 answered, 1 not sent or answered with an error, 2 bad usage\n";
+
+void AddSend(CLI::App& ioApp, CommandLine& ioLine) {
+    SendRequest& send = ioLine.send;
+    CLI::App* command = ioApp.add_subcommand("send", "Send any event to a program, show the reply");
+    command->add_option("TARGET", send.target, "PID, path, signature or name")->required();
+    command->add_option("CLASS", send.eventClass, "Class of the event, a code")->required();
+    command->add_option("ID", send.eventID, "ID of the event, a code")->required();
+    command->add_option("PARAMETERS", send.parameters, "keyword:value, separated by commas");
+    command->add_flag("!--no-reply", send.awaitsReply, "Do not wait for an answer");
+    command->add_option("--timeout", send.seconds, "Wait so long; 0: for ever")
+        ->type_name("S")
+        ->check(CLI::Range(0.0, 1e6))
+        ->capture_default_str();
+    AddJsonFlag(command, send.json);
+    command->footer(kSendFooter);
+    command->callback([&ioLine] { ioLine.run = [&ioLine] { SendEvent(ioLine.send); }; });
+}
+
+constexpr const char* kPropertyFooter =
+    "PROPERTY is a code. OBJECT is CLASS SELECTOR, where SELECTOR is a number (negative from the\n"
+    "end), first, last, middle, any, all, id=NUMBER or a name; or the code of another property.\n"
+    "More of them follow after `of`; without one the program itself is meant.\n"
+    "TARGET is a PID, a path, a signature or a name. VALUE is 5, \"text\", true, 'code', [1, 2] "
+    "...\n"
+    "\n"
+    "Examples:\n"
+    "  vantor get vers Fv8k\n"
+    "  vantor get pnam of Driv last Calverin --json\n"
+    "  vantor set pnam of Disc 1 Fv8k '\"Photos\"'\n";
+
+void AddProperty(CLI::App& ioApp, CommandLine& ioLine, const char* inWord, const char* inHelp,
+                 const char* inWords, void (*inRun)(std::vector<std::string>, bool)) {
+    CLI::App* command = ioApp.add_subcommand(inWord, inHelp);
+    command->add_option("WORDS", ioLine.words, inWords)->required();
+    AddJsonFlag(command, ioLine.json);
+    command->footer(kPropertyFooter);
+    command->callback(
+        [&ioLine, inRun] { ioLine.run = [&ioLine, inRun] { inRun(ioLine.words, ioLine.json); }; });
+}
+
+void AddProgram(CLI::App& ioApp, CommandLine& ioLine, const char* inWord, const char* inHelp,
+                void (*inRun)(const std::string&, bool)) {
+    CLI::App* command = ioApp.add_subcommand(inWord, inHelp);
+    command->add_option("APP", ioLine.file, "Path, signature or name")->required();
+    AddJsonFlag(command, ioLine.json);
+    command->callback(
+        [&ioLine, inRun] { ioLine.run = [&ioLine, inRun] { inRun(ioLine.file, ioLine.json); }; });
+}
+
+void AddMessages(CLI::App& ioApp, CommandLine& ioLine) {
+    AddSend(ioApp, ioLine);
+    AddProperty(ioApp, ioLine, "get", "Ask a program for a property of an object",
+                "PROPERTY [of OBJECT]... TARGET", GetProperty);
+    AddProperty(ioApp, ioLine, "set", "Change a property of an object of a program",
+                "PROPERTY [of OBJECT]... TARGET VALUE", SetProperty);
+    AddProgram(ioApp, ioLine, "launch", "Start an application", Launch);
+    AddProgram(ioApp, ioLine, "quit", "Ask a program to quit", Quit);
+}
+
 void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     ioApp.require_subcommand(1);
     ioApp.footer(kFooter);
@@ -192,6 +269,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
     AddResources(ioApp, ioLine);
+    AddMessages(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "volumes", "List the volumes and what they can do", ShowVolumes);
 }
 
@@ -215,10 +293,11 @@ int Main(int inCount, char** inWords) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kSuccess : kBadUsage;
     } catch (const Failure& failure) {
-        return Report(failure, line.json || line.burn.json || line.resources.json);
+        return Report(failure,
+                      line.json || line.burn.json || line.resources.json || line.send.json);
     } catch (const std::exception& error) {
         return Report(Failure(error.what(), -11000),
-                      line.json || line.burn.json || line.resources.json);
+                      line.json || line.burn.json || line.resources.json || line.send.json);
     }
     return kSuccess;
 }

@@ -55,6 +55,25 @@ struct MonitorRequest {
 // Until Ctrl-C.
 void MonitorEvents(const MonitorRequest& inRequest);
 
+struct SendRequest {
+    std::string target, eventClass, eventID;
+    std::string parameters;  // in the build syntax; may be empty
+    bool awaitsReply = true;
+    double seconds = 60;  // 0: for ever
+    bool json = false;
+};
+
+void SendEvent(const SendRequest& inRequest);
+
+// `inWords` are PROPERTY, any number of `of` CLASS SELECTOR or `of` PROPERTY, TARGET, and for
+// setting the VALUE.
+void GetProperty(std::vector<std::string> inWords, bool inJson);
+void SetProperty(std::vector<std::string> inWords, bool inJson);
+
+// A signature, a name, a path; for quitting a PID too.
+void Launch(const std::string& inApplication, bool inJson);
+void Quit(const std::string& inTarget, bool inJson);
+
 void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);
 void ShowDrives(bool inJson);
