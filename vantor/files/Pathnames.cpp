@@ -27,7 +27,7 @@ bool EndsWhole(ConstStr255Param inText, SInt16 inLength) {
 }
 
 SInt16 WholeLength(ConstStr255Param inText, SInt16 inMaximum) {
-    SInt16 length = inMaximum;
+    SInt16 length = std::max<SInt16>(inMaximum, 0);
     while (length > 0 && !EndsWhole(inText, length)) --length;
     return length;
 }

@@ -176,6 +176,7 @@ TEST_F(Truncation, CutsWhatIsLonger) {
     EXPECT_EQ(Cut("abc", 3), "abc");
     EXPECT_EQ(Cut("abc", 255), "abc");
     EXPECT_EQ(Cut("abc", 0), "");
+    EXPECT_EQ(Cut("abc", -1), "");
     EXPECT_EQ(Cut("", 5), "");
 }
 
