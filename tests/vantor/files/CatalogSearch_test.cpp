@@ -259,6 +259,98 @@ TEST_P(BothSearches, FilesComeInPiecesUntilAllAreFound) {
     EXPECT_EQ(all, (Names{"A Report", "Caf\x8E", "Report", "report 2"}));
 }
 
+// --- What is asked of a volume that searches by itself ---
+
+class SearchRequests : public testing::Test {
+  protected:
+    // The next answer, given with the block that asked for it; the position moves on by one.
+    OSErr Answer(CSParamPtr ioBlock) {
+        mStart = ioBlock->ioCatPosition.initialize;
+        mBits = ioBlock->ioSearchBits;
+        mTime = ioBlock->ioSearchTime;
+        mValues = *ioBlock->ioSearchInfo1;
+        if (mBits & (fsSBPartialName | fsSBFullName)) mName = TextOf(mValues.hFileInfo.ioNamePtr);
+        mMasks = *ioBlock->ioSearchInfo2;
+        EXPECT_TRUE(ioBlock->ioNamePtr == nullptr);
+        EXPECT_EQ(ioBlock->ioVRefNum, mVolume.Number());
+        ++ioBlock->ioCatPosition.initialize;
+        ioBlock->ioActMatchCount = 1;
+        return mAnswer;
+    }
+    OSErr BySignature(OSType inCreator, OSType inType, Boolean inNew) {
+        return CreatorTypeFileSearch(PString("Disk:"), 0, inCreator, inType, mFound, 1, &mCount,
+                                     inNew);
+    }
+    OSErr ByName(Boolean inNew, Boolean inPartial) {
+        return NameFileSearch(nullptr, mVolume.Number(), PString("File"), mFound, 1, &mCount, inNew,
+                              inPartial);
+    }
+
+    MountedVolume mVolume;
+    FSSpec mFound[1];
+    SInt32 mCount = -1, mStart = -1, mBits = 0, mTime = -1;
+    CInfoPBRec mValues = {}, mMasks = {};
+    std::string mName;
+    OSErr mAnswer = noErr;
+    StFileFaults mFaults;
+};
+
+TEST_F(SearchRequests, AreForFilesOnlyAndWithoutATime) {
+    gFileFaults.searchCatalog = [&](CSParamPtr ioBlock) { return Answer(ioBlock); };
+    ByName(true, true);
+    EXPECT_EQ(mBits, fsSBPartialName | fsSBFlAttrib);
+    EXPECT_EQ(mName, "File");
+    ByName(true, false);
+    EXPECT_EQ(mBits, fsSBFullName | fsSBFlAttrib);
+    BySignature('VtTs', 0, true);
+    EXPECT_EQ(mBits, fsSBFlFndrInfo | fsSBFlAttrib);
+    EXPECT_EQ(mTime, 0);
+    EXPECT_EQ(mValues.hFileInfo.ioFlAttrib, 0);
+    EXPECT_EQ(mMasks.hFileInfo.ioFlAttrib, kioFlAttribDirMask);
+    EXPECT_EQ(+mValues.hFileInfo.ioFlFndrInfo.fdCreator, OSType('VtTs'));
+    EXPECT_EQ(+mMasks.hFileInfo.ioFlFndrInfo.fdCreator, 0xFFFFFFFF);
+    EXPECT_EQ(+mMasks.hFileInfo.ioFlFndrInfo.fdType, 0u);
+    EXPECT_EQ(mMasks.hFileInfo.ioFlFndrInfo.fdFlags, 0);
+}
+
+TEST_F(SearchRequests, OfEachKindGoOnWhereThatKindStopped) {
+    gFileFaults.searchCatalog = [&](CSParamPtr ioBlock) { return Answer(ioBlock); };
+    BySignature(0, 0, true);
+    BySignature(0, 0, false);
+    EXPECT_EQ(mStart, 1);
+    ByName(true, true);
+    EXPECT_EQ(mStart, 0);
+    BySignature(0, 0, false);
+    EXPECT_EQ(mStart, 2) << "not disturbed by the names";
+    mAnswer = catChangedErr;
+    BySignature(0, 0, false);
+    BySignature(0, 0, false);
+    EXPECT_EQ(mStart, 4) << "a changed catalog does not make it start over";
+    for (const OSErr end : {OSErr{eofErr}, OSErr{ioErr}}) {
+        mAnswer = noErr;
+        BySignature(0, 0, true);
+        mAnswer = end;
+        BySignature(0, 0, false);
+        EXPECT_EQ(mStart, 1);
+        BySignature(0, 0, false);
+        EXPECT_EQ(mStart, 0) << end;
+    }
+}
+
+TEST_F(SearchRequests, FindNothingAfterAnError) {
+    gFileFaults.searchCatalog = [&](CSParamPtr ioBlock) { return Answer(ioBlock); };
+    for (const OSErr good : {OSErr{noErr}, OSErr{eofErr}}) {
+        mAnswer = good;
+        EXPECT_EQ(BySignature(0, 0, true), good);
+        EXPECT_EQ(mCount, 1);
+    }
+    for (const OSErr bad : {OSErr{catChangedErr}, OSErr{ioErr}}) {
+        mAnswer = bad;
+        EXPECT_EQ(BySignature(0, 0, true), bad);
+        EXPECT_EQ(mCount, 0);
+    }
+}
+
 // --- What only the walk does ---
 
 class WalkingSearch : public testing::Test {

@@ -210,6 +210,18 @@ TEST_F(Desktop, FileHasItsEntriesAtEvenPlaces) {
     EXPECT_EQ(TextOf(mFound.name), "Tester");
 }
 
+TEST_F(Desktop, FileIsKnownByItsTypeAndCreatorBoth) {
+    const MountedVolume volume(kPlatformMountNoDesktopManager);
+    const FSSpec application = volume.MakeFile("Tester", kOurs, 'APPL');
+    const std::string wrong = Entry(kOurs, 2, "Wrong");
+    AddResourceTo(volume.MakeFile("A", 'ERIK', 'DTFL'), 'APPL', 0, wrong);
+    AddResourceTo(volume.MakeFile("B", 'Else', 'FNDR'), 'APPL', 0, wrong);
+    EXPECT_EQ(Find(volume, false), afpItemNotFound);
+    MakeDesktopFile(volume, Entry(kOurs, 2, "Tester"));
+    ASSERT_EQ(Find(volume, false), noErr);
+    ExpectFound(application);
+}
+
 TEST_F(Desktop, FileWithACutOffLastEntryIsReadAsFarAsItGoes) {
     const MountedVolume volume(kPlatformMountNoDesktopManager);
     const std::string whole = Entry('Else', 2, "Nobody") + Entry(kOurs, 2, "Testers");

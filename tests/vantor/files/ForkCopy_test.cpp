@@ -83,6 +83,21 @@ TEST_F(Forks, EmptyOnesMakeTheDestinationEmpty) {
     EXPECT_EQ(mVolume.Read("Destination"), "");
 }
 
+TEST_F(Forks, TakeTheirRoomBeforeAnythingIsRead) {
+    Open(Bytes(900), "something");
+    gFileFaults.setLength = [&](SInt16 inRefNum, SInt32 inLength) {
+        EXPECT_EQ(inRefNum, mDestination);
+        EXPECT_EQ(inLength, 900);
+        return OSErr{dskFulErr};
+    };
+    gFileFaults.read = [](ParmBlkPtr) {
+        ADD_FAILURE() << "read without room";
+        return OSErr{ioErr};
+    };
+    EXPECT_EQ(Copy(512), dskFulErr);
+    EXPECT_EQ(mVolume.Read("Destination"), "something");
+}
+
 TEST_F(Forks, ResourceForksAreCopiedLikeOthers) {
     const FSSpec from = mVolume.MakeFile("From"), to = mVolume.MakeFile("To");
     AddResourceTo(from, 'TEST', 7, Bytes(5000));
