@@ -214,6 +214,20 @@ TEST_F(InstallHandlers, WhatDoesNotFillAnEntryIsIgnored) {
     EXPECT_EQ(RefConOf('two '), std::nullopt);
 }
 
+TEST_F(InstallHandlers, ATableIsReleasedWhateverComesOfIt) {
+    AddResourceTo(mFile, 'aedt', 128, Entry('one ', 1));
+    mOpen = FSpOpenResFile(&mFile, fsRdPerm);
+    ASSERT_GT(mOpen, 0);
+    for (AEEventHandlerProcPtr handler : {AEEventHandlerProcPtr(nullptr), &Handler}) {
+        CodeThrownBy([&] { Mgr::InstallAEHandlers(handler); });
+        SetResLoad(false);
+        const Handle table = Get1Resource('aedt', 128);
+        SetResLoad(true);
+        ASSERT_NE(table, nullptr);
+        EXPECT_EQ(*table, nullptr) << "still in memory";
+    }
+}
+
 TEST_F(InstallHandlers, NoTableInstallsNothing) {
     Install();
     EXPECT_EQ(RefConOf('one '), std::nullopt);

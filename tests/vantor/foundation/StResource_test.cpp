@@ -172,6 +172,19 @@ TEST_F(StNewResourceTest, MakesAResourceOfTheSizeAndWritesItAtTheEnd) {
     EXPECT_EQ(GetResAttrs(handle), resPurgeable);
 }
 
+TEST_F(StNewResourceTest, AResourceWrittenOnceIsChangedTheNextTime) {
+    {
+        StNewResource guard('NewR', 1, 4, true);
+        std::memcpy(*guard.Get(), "made", 4);
+        guard.Write(true);
+        EXPECT_TRUE(guard.ResourceExists());
+        std::memcpy(*guard.Get(), "next", 4);
+        guard.Write(true);
+    }
+    EXPECT_EQ(gAddResourceCalls, 1);
+    EXPECT_EQ(Stored('NewR', 1), "next");
+}
+
 TEST_F(StNewResourceTest, LeavesALargerResourceAndGrowsASmallerOne) {
     {
         StNewResource larger('TEXT', 129, 2, true);
