@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "desktop_manager/open_databases.h"
+#include "file_manager/capabilities.h"
 #include "file_manager/metadata.h"
 #include "file_manager/pathname.h"
 
@@ -21,11 +22,14 @@ OSErr WithObject(DTPBRec& ioBlock, Work inWork) {
             Object object;
             const OSErr error =
                 FindByPathname(ioObjects, inVolume, ioBlock.ioDirID, ioBlock.ioNamePtr, &object);
-            return error ? error : OSErr(inWork(object));
+            return error ? error : OSErr(inWork(ioObjects, object));
         });
 }
 
-OSErr Write(const Object& inObject, const std::string& inComment) {
+// The comment is on the volume itself, unlike all else that is kept by these calls.
+OSErr Write(Objects& ioObjects, const Object& inObject, const std::string& inComment) {
+    const Volume* volume = ioObjects.AllFolders().FindVolume(inObject.spec.vRefNum);
+    if (const OSErr error = volume ? CheckWritable(*volume) : OSErr(nsvErr)) return error;
     return ChangeMetadata(inObject,
                           [&](Metadata* ioMetadata) { ioMetadata->facts.comment = inComment; });
 }
@@ -36,13 +40,15 @@ OSErr Set(DTPBRec& ioBlock) {
     }
     const SInt32 length = std::min<SInt32>(ioBlock.ioDTReqCount, kLongestComment);
     const std::string comment(ioBlock.ioDTBuffer, size_t(length));
-    return WithObject(ioBlock, [&](const Object& inObject) { return Write(inObject, comment); });
+    return WithObject(ioBlock, [&](Objects& ioObjects, const Object& inObject) {
+        return Write(ioObjects, inObject, comment);
+    });
 }
 
 OSErr Get(DTPBRec& ioBlock) {
     ioBlock.ioDTActCount = 0;
     if (ioBlock.ioDTReqCount < 0 || !ioBlock.ioDTBuffer) return paramErr;
-    return WithObject(ioBlock, [&](const Object& inObject) {
+    return WithObject(ioBlock, [&](Objects&, const Object& inObject) {
         Metadata metadata;
         if (const OSErr error = ReadMetadata(inObject, &metadata)) return error;
         const auto& comment = metadata.facts.comment;
@@ -55,10 +61,11 @@ OSErr Get(DTPBRec& ioBlock) {
 }
 
 OSErr Remove(DTPBRec& ioBlock) {
-    return WithObject(ioBlock, [](const Object& inObject) {
+    return WithObject(ioBlock, [](Objects& ioObjects, const Object& inObject) {
         Metadata metadata;
         if (const OSErr error = ReadMetadata(inObject, &metadata)) return error;
-        return metadata.facts.comment.empty() ? OSErr(afpItemNotFound) : Write(inObject, "");
+        return metadata.facts.comment.empty() ? OSErr(afpItemNotFound)
+                                              : Write(ioObjects, inObject, "");
     });
 }
 

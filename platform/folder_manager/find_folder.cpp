@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "file_manager/capabilities.h"
 #include "file_manager/pathname.h"
 #include "folder_manager/places.h"
 #include "posix/os_err.h"
@@ -119,6 +120,8 @@ OSErr Find(Objects& ioObjects, FSVolumeRefNum inAsked, OSType inType, bool inMay
     if (const OSErr error = FindCandidates(ioObjects, inAsked, inType, &candidates)) return error;
     const OSErr error = FindPlace(ioObjects, candidates, false, outFolder);
     if (error != fnfErr || !inMayMake) return error;
+    const Volume* volume = ioObjects.AllFolders().FindVolume(candidates.volume);
+    if (const OSErr locked = volume ? CheckWritable(*volume) : OSErr(noErr)) return locked;
     return FindPlace(ioObjects, candidates, true, outFolder);
 }
 

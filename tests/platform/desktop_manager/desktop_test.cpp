@@ -266,6 +266,19 @@ TEST_F(DesktopManager, KeepsCommentsOfFilesAndFolders) {
     EXPECT_EQ(Comment("missing"), "error -43");
 }
 
+TEST_F(DesktopManager, WritesNoCommentsOnALockedVolume) {
+    Write("disk/folder/file");
+    ASSERT_EQ(SetComment("file", "a comment"), noErr);
+    HParamBlockRec volume{};
+    volume.volumeParam.ioVRefNum = mVolume;
+    volume.volumeParam.ioVAtrb = SInt16(kioVAtrbSoftwareLockedMask);
+    ASSERT_EQ(PBSetVInfoSync(&volume), noErr);
+    EXPECT_EQ(SetComment("file", "another"), vLckdErr);
+    DTPBRec block{};
+    EXPECT_EQ(Call(PBDTRemoveCommentSync, "file", &block), vLckdErr);
+    EXPECT_EQ(Comment("file"), "a comment");
+}
+
 TEST_F(DesktopManager, KeepsTwoHundredCharactersOfAComment) {
     Write("disk/folder/file");
     ASSERT_EQ(SetComment("file", std::string(250, 'c')), noErr);

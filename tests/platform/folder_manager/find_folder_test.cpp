@@ -51,6 +51,16 @@ TEST_F(FolderManager, TemporaryItemsAreInNoFolderOfAnothersMaking) {
     EXPECT_EQ(Find(mVolume, kTemporaryFolderType), refused);
 }
 
+TEST_F(FolderManager, NothingIsMadeOnALockedVolume) {
+    HParamBlockRec volume{};
+    volume.volumeParam.ioVRefNum = mVolume;
+    volume.volumeParam.ioVAtrb = SInt16(kioVAtrbSoftwareLockedMask);
+    ASSERT_EQ(PBSetVInfoSync(&volume), noErr);
+    EXPECT_EQ(Find(mVolume, kTemporaryFolderType, kCreateFolder),
+              "error " + std::to_string(vLckdErr));
+    EXPECT_FALSE(std::filesystem::exists(Path("disk/.TemporaryItems")));
+}
+
 TEST_F(FolderManager, EachVolumeHasATrashOfItsOwn) {
     EXPECT_EQ(Find(mVolume, kTrashFolderType, kCreateFolder),
               Path("disk/.Trash-") + std::to_string(getuid()) + "/files");
