@@ -19,6 +19,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr size_t kMostListings = 128;
 constexpr size_t kLargestFootprint = 64 * 1024 * 1024;
+constexpr size_t kSlack = 64 * 1024;  // what a listing may grow by besides its own size
 constexpr size_t kBuffer = 16 * 1024;
 constexpr size_t kLongestNotice = sizeof(inotify_event) + 256;
 // Reading anew is cheaper than taking in so many notices.
@@ -100,6 +101,8 @@ void FolderCache::TakeNotice(int inWatch, UInt32 inWhat, const char* inName) {
         } else {
             listing.folder.Remove(inName);
         }
+        // The names of what is gone keep their room until then.
+        if (listing.folder.Footprint() > 2 * listing.footprint + kSlack) listing.isStale = true;
     }
     if (inWhat & IN_IGNORED) mByWatch.erase(inWatch);
 }

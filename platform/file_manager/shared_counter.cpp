@@ -12,7 +12,8 @@ static_assert(std::atomic<UInt64>::is_always_lock_free);
 
 SharedCounter::SharedCounter(const std::string& inPath) {
     const UniqueFd file(open(inPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!file || ftruncate(file.Get(), sizeof mOwn) != 0) return;
+    // With its place on the disk: the first counting on a full one would end the process.
+    if (!file || posix_fallocate(file.Get(), 0, sizeof mOwn) != 0) return;
     void* memory = mmap(nullptr, sizeof mOwn, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
     if (memory != MAP_FAILED) mValue = static_cast<std::atomic<UInt64>*>(memory);
 }
