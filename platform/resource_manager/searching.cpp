@@ -2,6 +2,7 @@
 #include <Carbon/MacErrors.h>
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "resource_manager/internal.h"
 
@@ -83,10 +84,10 @@ ResourceCount CountOf(Where inWhere, ResType inType) {
 // Each type once, those of the first file first.
 std::vector<ResType> TypesIn(Files inFiles) {
     std::vector<ResType> types;
+    std::unordered_set<ResType> seen;
     for (ResourceFile* file : inFiles) {
         for (const auto& type : file->Types()) {
-            if (std::find(types.begin(), types.end(), type.type) == types.end())
-                types.push_back(type.type);
+            if (seen.insert(type.type).second) types.push_back(type.type);
         }
     }
     return types;
@@ -104,6 +105,11 @@ ResourceCount CountTypesIn(Where inWhere) {
 void TypeByIndex(Where inWhere, ResType* outType, ResourceIndex inIndex) {
     Search(inWhere, [&](Chain&, Files inFiles) -> OSErr {
         if (!outType) return paramErr;
+        const auto& first = inFiles.front()->Types();  // most loops end here, and need no list
+        if (inIndex > 0 && size_t(inIndex) <= first.size()) {
+            *outType = first[size_t(inIndex) - 1].type;
+            return noErr;
+        }
         const auto types = TypesIn(inFiles);
         const bool isThere = inIndex > 0 && size_t(inIndex) <= types.size();
         *outType = isThere ? types[size_t(inIndex) - 1] : 0;
