@@ -116,9 +116,11 @@ TEST_F(FinderFlags, OfAPathOnAnotherVolumeMoveThatVolumesDates) {
     const MountedVolume other(0, "Other");
     const FSSpec file = other.MakeFile("Inner/File"), folder = other.Spec("Inner");
     SetDate(folder, kLongAgo);
+    SetDate(mFolderSpec, kLongAgo);
     ASSERT_EQ(SetIsInvisible(mDisk.Number(), mFolder, PString("Other:Inner:File")), noErr);
     EXPECT_EQ(FlagsOf(file), 0x4000);
     EXPECT_GT(DateOf(folder), kLongAgo);
+    EXPECT_EQ(DateOf(mFolderSpec), kLongAgo);
 }
 
 TEST_F(FinderFlags, OfWhatIsMissingAreRefused) {

@@ -4,8 +4,10 @@
 #include <Platform/Platform.h>
 #include <gtest/gtest.h>
 
+#include "support/FileFaults.h"
 #include "support/MountedVolume.h"
 #include "support/PascalString.h"
+#include "support/RealCall.h"
 
 namespace {
 
@@ -99,6 +101,19 @@ TEST_F(Locations, ParentsOfAPathThatClimbsAreTheTrueOnes) {
     EXPECT_EQ(ParentOf(":::", mInner), fsRtParID);
     EXPECT_EQ(ParentOf(":Outer:Inner::", fsRtDirID), fsRtDirID);
     EXPECT_EQ(ParentOf("Disk:Outer:Inner::", fsRtDirID), fsRtDirID);
+}
+
+TEST_F(Locations, ParentsOfAPathThatClimbsAreAskedForOnceMoreByID) {
+    const StFileFaults faults;
+    gFileFaults.getCatalogInfo = [](CInfoPBPtr ioBlock) {
+        const OSErr err = REAL_CALL(PBGetCatInfoSync)(ioBlock);
+        if (ioBlock->dirInfo.ioFDirIndex == 0) ioBlock->dirInfo.ioDrParID = 99;
+        return err;
+    };
+    EXPECT_EQ(ParentOf("::", mInner), fsRtDirID);
+    EXPECT_EQ(ParentOf(":Outer:Inner::", fsRtDirID), fsRtDirID);
+    EXPECT_EQ(ParentOf("Inner", mOuter), 99) << "the first answer will do";
+    EXPECT_EQ(ParentOf(":", mInner), 99) << "the first answer will do";
 }
 
 TEST_F(Locations, OfFilesAreTheFolderAndTheNameOfThePath) {
