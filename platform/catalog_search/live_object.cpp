@@ -1,12 +1,14 @@
 // Owns looking at the objects that a search may have found.
 #include "catalog_search/live_object.h"
 
+#include "file_manager/finder_info.h"
+
 namespace carbon {
 
 const CInfoPBRec& LiveObject::Record() {
     if (!mRecord) {
         mRecord.emplace();
-        FillRecord(mObjects, mObject, Beside::kUnknown, &*mRecord);
+        FillRecord(mObjects, mObject, MetadataOf(mObject), &*mRecord);
     }
     return *mRecord;
 }

@@ -2,12 +2,16 @@
 #include "file_manager/attribute_metadata.h"
 
 #include <Carbon/MacErrors.h>
+#include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
 
 #include "file_manager/metadata_entries.h"
+#include "file_manager/object_status.h"
 
 namespace carbon {
 
@@ -15,6 +19,43 @@ namespace {
 
 constexpr const char* kFinderInfoAttribute = "user.com.apple.FinderInfo";
 constexpr const char* kResourceForkAttribute = "user.com.apple.ResourceFork";
+
+#ifdef SYS_listxattrat
+constexpr long kGetAttributeAt = SYS_getxattrat, kListAttributesAt = SYS_listxattrat;
+#else
+constexpr long kGetAttributeAt = 464, kListAttributesAt = 465;  // the same on every machine
+#endif
+
+struct AttributeArguments {
+    alignas(8) UInt64 value;
+    UInt32 size;
+    UInt32 flags;
+};
+
+// Linux before 6.13 has attributes by path and by open file only.
+bool KnowsAttributesAt() {
+    static const bool sKnows =
+        syscall(kListAttributesAt, -1, "", 0, nullptr, size_t(0)) >= 0 || errno != ENOSYS;
+    return sKnows;
+}
+
+// An object by its name in an open folder, or by its path. Links are not followed.
+struct NamedObject {
+    int folder;
+    const std::string& name;
+
+    SInt64 List(char* outNames, size_t inRoom) const {
+        if (folder == AT_FDCWD) return llistxattr(name.c_str(), outNames, inRoom);
+        return syscall(kListAttributesAt, folder, name.c_str(), AT_SYMLINK_NOFOLLOW, outNames,
+                       inRoom);
+    }
+    SInt64 Get(const char* inAttribute, UInt8* outBytes, size_t inRoom) const {
+        if (folder == AT_FDCWD) return lgetxattr(name.c_str(), inAttribute, outBytes, inRoom);
+        AttributeArguments arguments{reinterpret_cast<UInt64>(outBytes), UInt32(inRoom), 0};
+        return syscall(kGetAttributeAt, folder, name.c_str(), AT_SYMLINK_NOFOLLOW, inAttribute,
+                       &arguments, sizeof arguments);
+    }
+};
 
 // A list of names, each with a zero behind it.
 bool Holds(std::string_view inNames, const char* inName) {
@@ -26,33 +67,41 @@ bool Holds(std::string_view inNames, const char* inName) {
     return false;
 }
 
-void TakeFinderInfo(const std::string& inPath, bool inIsFolder, Metadata* ioMetadata) {
-    std::vector<UInt8> bytes(kFinderInfoSize + 1);
-    const auto length = lgetxattr(inPath.c_str(), kFinderInfoAttribute, bytes.data(), bytes.size());
+void ReadFinderInfo(const NamedObject& inObject, bool inIsFolder, Metadata* ioMetadata) {
+    UInt8 bytes[kFinderInfoSize + 1];  // one that is longer is something else
+    const auto length = inObject.Get(kFinderInfoAttribute, bytes, sizeof bytes);
     if (length != SInt64(kFinderInfoSize)) return;
-    bytes.resize(kFinderInfoSize);
-    AppleDoubleDocument document;
-    document.Set(kFinderInfoEntry, std::move(bytes));
-    TakeEntries(document, inIsFolder, ioMetadata);
+    TakeFinderInfo({bytes, kFinderInfoSize}, inIsFolder, ioMetadata);
+}
+
+// False with the errno of the list, which ERANGE says is too long.
+bool TakeAttributes(const NamedObject& inObject, bool inIsFolder, Metadata* ioMetadata) {
+    char names[1024];
+    const auto length = inObject.List(names, sizeof names);
+    if (length < 0) return errno == EOPNOTSUPP;
+    const std::string_view all(names, size_t(length));
+    if (Holds(all, kFinderInfoAttribute)) ReadFinderInfo(inObject, inIsFolder, ioMetadata);
+    if (Holds(all, kResourceForkAttribute)) {
+        const auto fork = inObject.Get(kResourceForkAttribute, nullptr, 0);
+        if (fork > 0) ioMetadata->facts.resourceLength = UInt32(fork);
+    }
+    return true;
 }
 
 }  // namespace
 
 Metadata MetadataInAttributes(const std::string& inPath, bool inIsFolder) {
-    char names[1024];
     Metadata metadata;
-    const auto length = llistxattr(inPath.c_str(), names, sizeof names);
-    if (length < 0 && errno == ERANGE) {
-        return ReadMetadata(inPath, &metadata) == noErr ? metadata : Metadata();
-    }
-    if (length <= 0) return metadata;
-    const std::string_view all(names, size_t(length));
-    if (Holds(all, kFinderInfoAttribute)) TakeFinderInfo(inPath, inIsFolder, &metadata);
-    if (Holds(all, kResourceForkAttribute)) {
-        const auto fork = lgetxattr(inPath.c_str(), kResourceForkAttribute, nullptr, 0);
-        if (fork > 0) metadata.facts.resourceLength = UInt32(fork);
-    }
-    return metadata;
+    if (TakeAttributes({AT_FDCWD, inPath}, inIsFolder, &metadata) || errno != ERANGE)
+        return metadata;
+    return ReadMetadata(inPath, &metadata) == noErr ? metadata : Metadata();
+}
+
+bool ReadAttributesAt(int inFolder, const std::string& inName, Metadata* outMetadata) {
+    *outMetadata = {};
+    if (KnowsAttributesAt()) return TakeAttributes({inFolder, inName}, false, outMetadata);
+    const auto path = PathInFolder("/proc/self/fd/" + std::to_string(inFolder), inName);
+    return TakeAttributes({AT_FDCWD, path}, false, outMetadata);
 }
 
 }  // namespace carbon

@@ -11,4 +11,8 @@ namespace carbon {
 // call to the kernel.
 Metadata MetadataInAttributes(const std::string& inPath, bool inIsFolder);
 
+// The same for a file in an open folder, which no path need lead to. False when that could not be
+// told: the file has gone, or has more attributes than are looked through here.
+bool ReadAttributesAt(int inFolder, const std::string& inName, Metadata* outMetadata);
+
 }  // namespace carbon

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "file_manager/catalog_records.h"
+#include "file_manager/finder_info.h"
 #include "file_manager/located.h"
 #include "file_manager/lookup.h"
 #include "file_manager/names.h"
@@ -18,7 +19,7 @@ constexpr int kMostTries = 8;  // for entries that go while they are asked for
 // What a listing led to.
 struct Listed {
     Object object;
-    Beside beside = Beside::kUnknown;
+    Metadata metadata;
 };
 
 OSErr GetListing(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, bool inFilesOnly,
@@ -28,8 +29,9 @@ OSErr GetListing(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, boo
                        : listings.GetEntry(inFolder, inIndex, outEntry);
 }
 
-// A plain file in the folder being walked: all that is to be told of it is in its status, and no
-// path is needed, which could lead elsewhere by now. fnfErr for whatever else there is.
+// A file in the folder being walked: all that is to be told of it is in its status and its
+// attributes, and no path is needed, which could lead elsewhere by now. fnfErr for whatever else
+// there is.
 OSErr FindWalked(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, bool inFilesOnly,
                  Listed* outListed) {
     ListedEntry listed;
@@ -38,9 +40,9 @@ OSErr FindWalked(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, boo
     if (GetListing(ioObjects, inFolder, inIndex, inFilesOnly, &listed) != noErr) return fnfErr;
     if (listed.isFolder || listed.hasCompanion) return fnfErr;
     if (walk.StatusOf(listed.diskName, &entry.status) != noErr) return fnfErr;
-    if (entry.status.IsFolder() || walk.HasAttributes(listed.diskName)) return fnfErr;
+    if (entry.status.IsFolder()) return fnfErr;
+    if (!walk.ReadAttributes(listed.diskName, &outListed->metadata)) return fnfErr;
     entry.diskName = std::move(listed.diskName);
-    outListed->beside = Beside::kNothing;
     return ioObjects.TakeEntry(inFolder, entry, &outListed->object);
 }
 
@@ -53,10 +55,13 @@ OSErr FindListed(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, boo
         if (error != noErr) return error;
         const OSErr found = ioObjects.FindInFolder(inFolder, listed.diskName, &outListed->object);
         const bool isAsListed = outListed->object.status.IsFolder() == listed.isFolder;
-        // A root has its companion inside.
-        if (!listed.hasCompanion && !IsRoot(outListed->object))
-            outListed->beside = Beside::kNoCompanion;
-        if (found == noErr && (isAsListed || !inFilesOnly)) return noErr;
+        if (found == noErr && (isAsListed || !inFilesOnly)) {
+            // A root has its companion inside.
+            const bool hasNone = !listed.hasCompanion && !IsRoot(outListed->object);
+            const Beside beside = hasNone ? Beside::kNoCompanion : Beside::kUnknown;
+            outListed->metadata = MetadataOf(outListed->object, beside);
+            return noErr;
+        }
         if (found != noErr && found != fnfErr) return found;
         ioObjects.Listings().Forget(inFolder);
     }
@@ -96,7 +101,7 @@ OSErr GetByIndex(CInfoPBRec* ioRecord) {
                                     UInt32(info.ioFDirIndex), false, &listed);
     if (error != noErr) return error;
     TellName(listed.object, info.ioNamePtr);
-    FillRecord(*catalog, listed.object, listed.beside, ioRecord);
+    FillRecord(*catalog, listed.object, listed.metadata, ioRecord);
     return noErr;
 }
 
@@ -108,7 +113,7 @@ OSErr GetByName(CInfoPBRec* ioRecord, bool inIsItself) {
     const OSErr error = Locate(*catalog, info.ioVRefNum, info.ioDirID, name, &located);
     if (error != noErr) return inIsItself && error == fnfErr ? OSErr(dirNFErr) : error;
     if (inIsItself) TellName(located.object, info.ioNamePtr);
-    FillRecord(*catalog, located.object, Beside::kUnknown, ioRecord);
+    FillRecord(*catalog, located.object, MetadataOf(located.object), ioRecord);
     return noErr;
 }
 
@@ -124,7 +129,7 @@ OSErr GetFileByIndex(HFileParam* ioRecord) {
                                     UInt32(ioRecord->ioFDirIndex), true, &listed);
     if (error != noErr) return error;
     TellName(listed.object, ioRecord->ioNamePtr);
-    FillRecord(*catalog, listed.object, listed.beside, ioRecord);
+    FillRecord(*catalog, listed.object, listed.metadata, ioRecord);
     return noErr;
 }
 
@@ -136,7 +141,7 @@ OSErr GetFile(HFileParam* ioRecord) {
         Locate(*catalog, ioRecord->ioVRefNum, ioRecord->ioDirID, ioRecord->ioNamePtr, &located);
     if (error != noErr) return error;
     if (located.object.status.IsFolder()) return fnfErr;
-    FillRecord(*catalog, located.object, Beside::kUnknown, ioRecord);
+    FillRecord(*catalog, located.object, MetadataOf(located.object), ioRecord);
     return noErr;
 }
 

@@ -118,6 +118,8 @@ SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFa
 
 UInt8 UserAccessTo(const Object& inObject) {
     if (inObject.status.IsLink()) return 7;
+    const bool mayBeAll = inObject.status.mode & 0111;
+    if (mayBeAll && MayUser(inObject.path, R_OK | W_OK | X_OK)) return 7;
     return UInt8((MayUser(inObject.path, R_OK) ? 4 : 0) | (MayUser(inObject.path, W_OK) ? 2 : 0) |
                  (MayUser(inObject.path, X_OK) ? 1 : 0));
 }

@@ -25,12 +25,6 @@ UInt64 Rounded(UInt64 inLength) {
     return (inLength + kForkBlock - 1) / kForkBlock * kForkBlock;
 }
 
-Metadata MetadataFor(const Object& inObject, Beside inBeside) {
-    if (inBeside == Beside::kNothing) return {};
-    if (inBeside == Beside::kUnknown) return MetadataOf(inObject);
-    return MetadataInAttributes(inObject.path, inObject.status.IsFolder());
-}
-
 SInt8 AttributesOf(const Object& inObject, const AppleDoubleFacts& inFacts) {
     int attributes = 0;
     if (inFacts.isLocked || inObject.status.isImmutable) attributes |= kioFlAttribLockedMask;
@@ -91,7 +85,8 @@ UInt16 EntriesIn(Objects& ioObjects, const Folder& inFolder) {
 void FillFolderInfo(Objects& ioObjects, const Object& inObject, const Metadata& inMetadata,
                     DirInfo* outRecord) {
     Folder folder;
-    const bool isKnown = ioObjects.AllFolders().FindByPath(inObject.path, &folder) == noErr;
+    const bool isKnown =
+        ioObjects.AllFolders().FindSeen(inObject.path, inObject.status, &folder) == noErr;
     outRecord->ioFRefNum = 0;
     outRecord->ioFlAttrib = AttributesOf(inObject, inMetadata.facts);
     outRecord->ioACUser = SInt8(PrivilegesOf(inObject));
@@ -107,19 +102,23 @@ void FillFolderInfo(Objects& ioObjects, const Object& inObject, const Metadata& 
 
 }  // namespace
 
-void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside,
+Metadata MetadataOf(const Object& inObject, Beside inBeside) {
+    if (inBeside == Beside::kUnknown) return MetadataOf(inObject);
+    return MetadataInAttributes(inObject.path, inObject.status.IsFolder());
+}
+
+void FillRecord(Objects& ioObjects, const Object& inObject, const Metadata& inMetadata,
                 CInfoPBRec* outRecord) {
-    const Metadata metadata = MetadataFor(inObject, inBeside);
     if (inObject.status.IsFolder()) {
-        FillFolderInfo(ioObjects, inObject, metadata, &outRecord->dirInfo);
+        FillFolderInfo(ioObjects, inObject, inMetadata, &outRecord->dirInfo);
     } else {
-        FillFileInfo(ioObjects, inObject, metadata, &outRecord->hFileInfo);
+        FillFileInfo(ioObjects, inObject, inMetadata, &outRecord->hFileInfo);
     }
 }
 
-void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside,
+void FillRecord(Objects& ioObjects, const Object& inObject, const Metadata& inMetadata,
                 HFileParam* outRecord) {
-    FillFile(ioObjects, inObject, MetadataFor(inObject, inBeside), outRecord);
+    FillFile(ioObjects, inObject, inMetadata, outRecord);
 }
 
 }  // namespace carbon

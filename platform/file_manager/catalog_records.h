@@ -9,12 +9,15 @@ namespace carbon {
 // What is known of what lies beside an object, before looking for it.
 enum class Beside {
     kUnknown,
-    kNoCompanion,  // at most attributes
-    kNothing
+    kNoCompanion  // at most attributes
 };
 
+Metadata MetadataOf(const Object& inObject, Beside inBeside);
+
 // Fill all but the common head.
-void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside, CInfoPBRec* outRecord);
-void FillRecord(Objects& ioObjects, const Object& inObject, Beside inBeside, HFileParam* outRecord);
+void FillRecord(Objects& ioObjects, const Object& inObject, const Metadata& inMetadata,
+                CInfoPBRec* outRecord);
+void FillRecord(Objects& ioObjects, const Object& inObject, const Metadata& inMetadata,
+                HFileParam* outRecord);
 
 }  // namespace carbon

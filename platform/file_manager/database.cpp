@@ -108,6 +108,7 @@ std::unique_ptr<Database> Database::Open(const std::string& inPath, const char* 
 }
 
 Database::~Database() {
+    for (const auto& [sql, statement] : mKept) sqlite3_finalize(statement);
     sqlite3_close_v2(mHandle);
 }
 
@@ -136,10 +137,34 @@ SInt32 Database::TimesSetAside(const std::string& inPath) {
     return times;
 }
 
-Statement::Statement(Database& inDatabase, const char* inSql)
+int Database::Prepare(const char* inSql, sqlite3_stmt** outStatement) {
+    if (const auto kept = mKept.extract(inSql)) {
+        *outStatement = kept.mapped();
+        return SQLITE_OK;
+    }
+    return sqlite3_prepare_v2(mHandle, inSql, -1, outStatement, nullptr);
+}
+
+// Of two that were in use at once, one stays.
+void Database::Keep(const char* inSql, sqlite3_stmt* inStatement) {
+    sqlite3_reset(inStatement);
+    sqlite3_clear_bindings(inStatement);
+    if (!mKept.emplace(inSql, inStatement).second) sqlite3_finalize(inStatement);
+}
+
+Statement::Statement(Database& inDatabase, const char* inSql, Prepared inPrepared)
     : mDatabase(inDatabase),
-      mResult(sqlite3_prepare_v2(inDatabase.Handle(), inSql, -1, &mStatement, nullptr)) {
+      mKeptSql(inPrepared == Prepared::kKept ? inSql : nullptr),
+      mResult(inDatabase.Prepare(inSql, &mStatement)) {
     mDatabase.Note(mResult);
+}
+
+Statement::~Statement() {
+    if (mKeptSql && mStatement) {
+        mDatabase.Keep(mKeptSql, mStatement);
+    } else {
+        sqlite3_finalize(mStatement);
+    }
 }
 
 Statement& Statement::Bind(SInt64 inNumber) {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace carbon {
 
@@ -41,20 +42,27 @@ class Database {
 
     friend class Statement;
     void Note(int inResult);
+    int Prepare(const char* inSql, sqlite3_stmt** outStatement);
+    void Keep(const char* inSql, sqlite3_stmt* inStatement);
 
     sqlite3* mHandle;
     std::string mPath;
     UInt64 mInode;
     bool mIsDamaged = false;
     bool mIsSuccessor = false;
+    std::unordered_map<std::string, sqlite3_stmt*> mKept;
 };
+
+// Whether a statement stays prepared for the next one with the same text. One that does must be
+// gone before its database is.
+enum class Prepared { kOnce, kKept };
 
 // One run of one statement at a time. A failure ends the rows as their natural end does; Run tells
 // them apart.
 class Statement {
   public:
-    Statement(Database& inDatabase, const char* inSql);
-    ~Statement() { sqlite3_finalize(mStatement); }
+    Statement(Database& inDatabase, const char* inSql, Prepared inPrepared = Prepared::kOnce);
+    ~Statement();
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
@@ -69,6 +77,7 @@ class Statement {
 
   private:
     Database& mDatabase;
+    const char* mKeptSql;
     sqlite3_stmt* mStatement = nullptr;
     int mResult;
     int mBound = 0;

@@ -2,23 +2,8 @@
 #include "file_manager/folder_walk.h"
 
 #include <fcntl.h>
-#include <sys/syscall.h>
-#include <sys/xattr.h>
-#include <unistd.h>
-
-#include <cerrno>
 
 namespace carbon {
-
-namespace {
-
-#ifdef SYS_listxattrat
-constexpr long kListAttributesAt = SYS_listxattrat;
-#else
-constexpr long kListAttributesAt = 465;  // the same on every machine
-#endif
-
-}  // namespace
 
 const Folder* FolderWalk::Find(FSVolumeRefNum inVolume, SInt32 inId, UInt64 inEdition) const {
     const bool isIt = mFile && mFolder.volume == inVolume && mFolder.id == inId;
@@ -42,13 +27,6 @@ void FolderWalk::Start(const Folder& inFolder, UInt64 inEdition) {
 
 OSErr FolderWalk::StatusOf(const std::string& inDiskName, ObjectStatus* outStatus) const {
     return StatusAt(mFile.Get(), inDiskName, outStatus);
-}
-
-bool FolderWalk::HasAttributes(const std::string& inDiskName) const {
-    const auto length = syscall(kListAttributesAt, mFile.Get(), inDiskName.c_str(),
-                                AT_SYMLINK_NOFOLLOW, nullptr, size_t(0));
-    if (length >= 0 || errno != ENOSYS) return length > 0;
-    return llistxattr(PathInFolder(mFolder.path, inDiskName).c_str(), nullptr, 0) > 0;
 }
 
 }  // namespace carbon

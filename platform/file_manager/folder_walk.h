@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "file_manager/attribute_metadata.h"
 #include "file_manager/folders.h"
 #include "posix/UniqueFd.h"
 
@@ -19,8 +20,10 @@ class FolderWalk {
 
     // fnfErr when it is gone.
     OSErr StatusOf(const std::string& inDiskName, ObjectStatus* outStatus) const;
-    // Whether an entry has extended attributes.
-    bool HasAttributes(const std::string& inDiskName) const;
+    // What is kept in a file's extended attributes; false when that could not be told.
+    bool ReadAttributes(const std::string& inDiskName, Metadata* outMetadata) const {
+        return ReadAttributesAt(mFile.Get(), inDiskName, outMetadata);
+    }
 
   private:
     Folder mFolder;

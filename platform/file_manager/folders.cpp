@@ -175,17 +175,25 @@ std::vector<Folder> Folders::LikelyFolders(const Volume& inVolume) {
     return folders;
 }
 
+// What is remembered of a path where this is now; what is no longer true is forgotten.
+const Folder* Folders::Known(const std::string& inPath, const ObjectIdentity& inIdentity) {
+    const auto known = mByPath.find(inPath);
+    if (known == mByPath.end()) return nullptr;
+    const Folder& folder = mById.at(known->second);
+    if (folder.identity.IsSameAs(inIdentity)) return &folder;
+    Forget(Key(known->second));
+    return nullptr;
+}
+
 OSErr Folders::FindByPath(const std::string& inPath, Folder* outFolder) {
     NoticeFolders();
-    const auto known = mByPath.find(inPath);
-    if (known != mByPath.end()) {
-        const Folder& folder = mById.at(known->second);
+    if (mByPath.count(inPath)) {
         ObjectStatus status;
-        if (StatusOfObject(inPath, &status) == noErr && status.identity.IsSameAs(folder.identity)) {
-            *outFolder = folder;
+        StatusOfObject(inPath, &status);  // what is gone has no identity
+        if (const Folder* known = Known(inPath, status.identity)) {
+            *outFolder = *known;
             return noErr;
         }
-        Forget(Key(known->second));
     }
     NoticeMounts();
     std::string path;
@@ -196,15 +204,34 @@ OSErr Folders::FindByPath(const std::string& inPath, Folder* outFolder) {
 OSErr Folders::FindRealPath(const std::string& inPath, Folder* outFolder, int inTries) {
     ObjectStatus status;
     if (const OSErr error = StatusOfObject(inPath, &status)) return AsFolderError(error);
-    if (!status.IsFolder()) return dirNFErr;
+    return TakeSeen(inPath, status, outFolder, inTries);
+}
+
+OSErr Folders::FindSeen(const std::string& inPath, const ObjectStatus& inStatus,
+                        Folder* outFolder) {
+    NoticeFolders();
+    if (const Folder* known = Known(inPath, inStatus.identity)) {
+        *outFolder = *known;
+        return noErr;
+    }
+    NoticeMounts();
+    return TakeSeen(inPath, inStatus, outFolder, kMostTries);
+}
+
+OSErr Folders::TakeSeen(const std::string& inPath, const ObjectStatus& inStatus, Folder* outFolder,
+                        int inTries) {
+    if (!inStatus.IsFolder()) return dirNFErr;
     const Volume volume = mRegistry.Containing(inPath);
     SInt32 id = fsRtDirID;
     if (inPath != volume.root) {
         Folder parent;
-        if (const OSErr error = FindByPath(ParentOfPath(inPath), &parent)) return error;
-        id = IdOf(volume, inPath, status.identity, parent.id);
+        const auto parentPath = ParentOfPath(inPath);
+        if (const OSErr error = FindByPath(parentPath, &parent)) return error;
+        if (parent.path != parentPath)  // a link has taken the place of a folder on the way
+            return FindByPath(PathInFolder(parent.path, LeafOfPath(inPath)), outFolder);
+        id = IdOf(volume, inPath, inStatus.identity, parent.id);
     }
-    *outFolder = {volume.number, id, inPath, status.identity};
+    *outFolder = {volume.number, id, inPath, inStatus.identity};
     // Was the table replaced on the way, then the parent's number belongs to the old one.
     const UInt64 edition = mEdition;
     NoticeFolders();

@@ -27,6 +27,8 @@ class Folders {
     // The folder at an absolute path, which gets a number if it has none. Links on the path are
     // followed. dirNFErr, afpAccessDenied.
     OSErr FindByPath(const std::string& inPath, Folder* outFolder);
+    // The same for a real path and what was just seen there, without another look.
+    OSErr FindSeen(const std::string& inPath, const ObjectStatus& inStatus, Folder* outFolder);
     // The folder with this identity, if it has a number and is found.
     OSErr FindByIdentity(FSVolumeRefNum inVolume, const ObjectIdentity& inIdentity,
                          const std::string& inName, Folder* outFolder);
@@ -62,6 +64,9 @@ class Folders {
     void NoticeMounts();
     void NoticeEdition();
     OSErr FindRealPath(const std::string& inPath, Folder* outFolder, int inTries);
+    OSErr TakeSeen(const std::string& inPath, const ObjectStatus& inStatus, Folder* outFolder,
+                   int inTries);
+    const Folder* Known(const std::string& inPath, const ObjectIdentity& inIdentity);
     OSErr FollowRecord(const Volume& inVolume, const IdRecord& inRecord, Folder* outFolder);
     OSErr SearchMoved(const Volume& inVolume, IdRecord inRecord, const Folder* inParent,
                       Folder* outFolder);

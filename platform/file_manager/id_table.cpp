@@ -57,13 +57,13 @@ bool IsFolderOf(const IdRecord& inRecord, const ObjectIdentity& inIdentity,
 }
 
 std::optional<IdRecord> RowOfId(Database& inDatabase, SInt32 inId) {
-    Statement rows(inDatabase, COLUMNS "id=? ORDER BY row DESC LIMIT 1");
+    Statement rows(inDatabase, COLUMNS "id=? ORDER BY row DESC LIMIT 1", Prepared::kKept);
     return RecordOf(rows.Bind(inId));
 }
 
 std::optional<IdRecord> RowOfFolder(Database& inDatabase, const ObjectIdentity& inIdentity,
                                     const std::string& inName) {
-    Statement rows(inDatabase, COLUMNS "inode=? AND folder=1 AND " NEWEST);
+    Statement rows(inDatabase, COLUMNS "inode=? AND folder=1 AND " NEWEST, Prepared::kKept);
     rows.Bind(SInt64(inIdentity.inode));
     while (auto record = RecordOf(rows)) {
         if (IsFolderOf(*record, inIdentity, inName)) return record;
@@ -74,7 +74,8 @@ std::optional<IdRecord> RowOfFolder(Database& inDatabase, const ObjectIdentity& 
 std::optional<IdRecord> RowOfEntry(Database& inDatabase, SInt32 inParent,
                                    const std::string& inName) {
     Statement rows(inDatabase,
-                   COLUMNS "parent=? AND name=? AND folder=0 AND " NEWEST " ORDER BY row DESC");
+                   COLUMNS "parent=? AND name=? AND folder=0 AND " NEWEST " ORDER BY row DESC",
+                   Prepared::kKept);
     return RecordOf(rows.Bind(inParent).Bind(inName));
 }
 

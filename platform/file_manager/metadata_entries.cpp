@@ -53,16 +53,6 @@ bool IsAllZero(const UInt8* inBytes, size_t inCount) {
     return std::all_of(inBytes, inBytes + inCount, [](UInt8 byte) { return byte == 0; });
 }
 
-// As long as the record is a whole one.
-void TakeFinderInfo(const AppleDoubleDocument& inDocument, bool inIsFolder, Metadata* ioMetadata) {
-    const auto* info = inDocument.Find(kFinderInfoEntry);
-    if (!info || info->bytes.size() < kFinderInfoSize) return;
-    if (IsAllZero(info->bytes.data(), kFinderInfoSize)) return;
-    std::memcpy(ioMetadata->finderInfo, info->bytes.data(), 16);
-    std::memcpy(ioMetadata->extFinderInfo, info->bytes.data() + 16, 16);
-    ExchangeByteOrder(inIsFolder, ioMetadata);
-}
-
 void PutFinderInfo(Metadata inMetadata, bool inIsFolder, AppleDoubleDocument* ioDocument) {
     ExchangeByteOrder(inIsFolder, &inMetadata);
     auto bytes = BytesOf(*ioDocument, kFinderInfoEntry, kFinderInfoSize);
@@ -99,8 +89,17 @@ bool HasSameFinderInfo(const Metadata& inOne, const Metadata& inOther) {
 
 }  // namespace
 
+// As long as the record is a whole one.
+void TakeFinderInfo(std::span<const UInt8> inBytes, bool inIsFolder, Metadata* ioMetadata) {
+    if (inBytes.size() < kFinderInfoSize || IsAllZero(inBytes.data(), kFinderInfoSize)) return;
+    std::memcpy(ioMetadata->finderInfo, inBytes.data(), 16);
+    std::memcpy(ioMetadata->extFinderInfo, inBytes.data() + 16, 16);
+    ExchangeByteOrder(inIsFolder, ioMetadata);
+}
+
 void TakeEntries(const AppleDoubleDocument& inDocument, bool inIsFolder, Metadata* ioMetadata) {
-    TakeFinderInfo(inDocument, inIsFolder, ioMetadata);
+    if (const auto* info = inDocument.Find(kFinderInfoEntry))
+        TakeFinderInfo(info->bytes, inIsFolder, ioMetadata);
     const auto dates = BytesOf(inDocument, kFileDatesEntry, 0);
     ioMetadata->facts.created = DateAt(dates, kCreation);
     ioMetadata->facts.backedUp = DateAt(dates, kBackup);

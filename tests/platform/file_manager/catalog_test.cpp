@@ -392,6 +392,36 @@ TEST_F(FinderInfoTest, IsSeenInAWalkAsSoonAsItIsWritten) {
     EXPECT_EQ(typeByIndex(), isSet ? UInt32('PICT') : 0u);
 }
 
+TEST_F(FinderInfoTest, FollowsWhatAnotherProgramKeepsInAttributesThroughAWalk) {
+    const auto path = Path("Disk/File");
+    const auto set = [&](const char* inName, const std::string& inBytes) {
+        return setxattr(path.c_str(), inName, inBytes.data(), inBytes.size(), 0) == 0;
+    };
+    const char* const infoName = "user.com.apple.FinderInfo";
+    const char* const forkName = "user.com.apple.ResourceFork";
+    const auto told = [&] {
+        CInfoPBRec info{};
+        info.hFileInfo.ioVRefNum = mVolume;
+        info.hFileInfo.ioDirID = 2;
+        info.hFileInfo.ioFDirIndex = 1;
+        EXPECT_EQ(PBGetCatInfoSync(&info), noErr);
+        return std::pair(UInt32(info.hFileInfo.ioFlFndrInfo.fdType), +info.hFileInfo.ioFlRLgLen);
+    };
+    if (!set(infoName, "PICT" + std::string(28, '\0'))) GTEST_SKIP() << "no attributes here";
+    EXPECT_EQ(told(), std::pair(UInt32('PICT'), 0));
+    EXPECT_TRUE(set(infoName, "snd " + std::string(28, '\0')));
+    EXPECT_EQ(told(), std::pair(UInt32('snd '), 0));
+    EXPECT_TRUE(set(forkName, "fork!"));
+    EXPECT_EQ(told(), std::pair(UInt32('snd '), 5));
+    for (int i = 0; i < 40; ++i)
+        EXPECT_TRUE(set(("user.long." + std::string(20, char('A' + i))).c_str(), ""));
+    EXPECT_EQ(told(), std::pair(UInt32('snd '), 5));
+    EXPECT_TRUE(set(infoName, "snd "));  // of no size that means anything
+    EXPECT_EQ(told(), std::pair(UInt32(0), 5));
+    EXPECT_EQ(removexattr(path.c_str(), forkName), 0);
+    EXPECT_EQ(told(), std::pair(UInt32(0), 0));
+}
+
 TEST_F(FinderInfoTest, SetsDatesOfAFileByParameterBlock) {
     HParamBlockRec block{};
     PString name("File");
