@@ -238,7 +238,7 @@ TEST_F(Opening, PreloadsNoMoreThanTheForkHolds) {
     }
     fork.erase(fork.begin() + 256 + 1004, fork.begin() + 256 + 4 * 1004);
     for (const size_t at : {4u, 8u}) {  // the map's place and the data's length
-        const size_t number = (fork[at + 2] << 8u | fork[at + 3]) - size_t(3 * 1004);
+        const size_t number = (size_t(fork[at + 2]) << 8u | fork[at + 3]) - size_t(3 * 1004);
         fork[at + 2] = UInt8(number >> 8);
         fork[at + 3] = UInt8(number);
     }
