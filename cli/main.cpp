@@ -26,6 +26,7 @@ constexpr const char* kFooter =
     "  vantor send Fv8k core cnte \"kocl:type(Driv)\"  any event to any program\n"
     "  vantor get sTxt of Disc 1 Fv8k                one property of an object\n"
     "  vantor set pnam of Disc 1 Fv8k '\"Photos\"'    the same, changed\n"
+    "  vantor replay events --to Calverin            the same once more\n"
     "\n"
     "Exit status:\n"
     "  0 done            3 no recorder that can be driven\n"
@@ -40,6 +41,7 @@ struct CommandLine {
     MonitorRequest monitor;
     SendRequest send;
     std::vector<std::string> words;
+    ReplayRequest replay;
     std::string mode, onOff, file;
     bool json = false;
     std::function<void()> run;
@@ -110,6 +112,22 @@ void AddResources(CLI::App& ioApp, CommandLine& ioLine) {
     command->callback([&ioLine] { ioLine.run = [&ioLine] { ShowResources(ioLine.resources); }; });
 }
 
+void AddReplay(CLI::App& ioApp, CommandLine& ioLine) {
+    CLI::App* command = ioApp.add_subcommand(
+        "replay", "Send captured events once more; tell what is answered otherwise");
+    command->add_option("FILE", ioLine.replay.file, "What vantor monitor --capture has made")
+        ->required();
+    command
+        ->add_option("--to", ioLine.replay.target,
+                     "Send them to this program, by its name, creator or number")
+        ->type_name("TARGET");
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine] {
+        ioLine.replay.json = ioLine.json;
+        ioLine.run = [&ioLine] { ReplayEvents(ioLine.replay); };
+    });
+}
+
 CLI::Option* AddCode(CLI::App* ioCommand, const char* inWord, const char* inHelp,
                      std::optional<OSType>& outCode) {
     return ioCommand
@@ -132,6 +150,10 @@ void AddMonitor(CLI::App& ioApp, CommandLine& ioLine) {
         ->add_option("--process", request.process,
                      "Only events from or to this program, by its name or number")
         ->type_name("PROCESS");
+    command
+        ->add_option("--capture", request.capture,
+                     "Keep what is shown in this file, for vantor replay")
+        ->type_name("FILE");
     AddJsonFlag(command, ioLine.json);
     command->callback([&ioLine] {
         ioLine.monitor.json = ioLine.json;
@@ -264,6 +286,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddSimple(ioApp, ioLine, "eject", "Eject the disc", Eject);
     AddMode(ioApp, ioLine);
     AddMonitor(ioApp, ioLine);
+    AddReplay(ioApp, ioLine);
     AddFind(ioApp, ioLine);
     AddInfo(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);

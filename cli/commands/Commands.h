@@ -49,6 +49,7 @@ struct MonitorRequest {
     std::optional<AEEventClass> eventClass;
     std::optional<AEEventID> eventID;
     std::string process;  // the name or the number of the sender or the target; empty: any
+    std::string capture;  // a file to keep what is shown in; empty: none
     bool json = false;
 };
 
@@ -73,6 +74,14 @@ void SetProperty(std::vector<std::string> inWords, bool inJson);
 // A signature, a name, a path; for quitting a PID too.
 void Launch(const std::string& inApplication, bool inJson);
 void Quit(const std::string& inTarget, bool inJson);
+
+struct ReplayRequest {
+    std::string file;
+    std::string target;  // a running program's name, creator or number; empty: the captured ones
+    bool json = false;
+};
+
+void ReplayEvents(const ReplayRequest& inRequest);
 
 void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);

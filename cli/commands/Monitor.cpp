@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <ctime>
 #include <map>
+#include <optional>
 #include <utility>
 
+#include "Capture.h"
 #include "Commands.h"
 #include "EventText.h"
 #include "Failure.h"
@@ -47,7 +49,9 @@ struct Open {
 
 class View {
   public:
-    explicit View(const MonitorRequest& inRequest) : mRequest(inRequest) {}
+    explicit View(const MonitorRequest& inRequest) : mRequest(inRequest) {
+        if (!inRequest.capture.empty()) mCapture.emplace(inRequest.capture);
+    }
 
     void Show(const PlatformWatchedEvent& inEvent) {
         if (inEvent.kind == kPlatformEventSent)
@@ -60,6 +64,11 @@ class View {
     // Counted for all programs together: which of them it was about, nobody knows.
     void ShowMissed(UInt32 inCount) {
         if (inCount == 0) return;
+        if (mCapture) {
+            CaptureRecord record;
+            record.error = static_cast<SInt32>(inCount);
+            mCapture->Write(record);
+        }
         if (mRequest.json)
             PrintJson({{"event", "missed"}, {"count", inCount}});
         else
@@ -79,8 +88,10 @@ class View {
     bool IsWanted(const PlatformWatchedEvent& inEvent) const;
     void ShowSent(const PlatformWatchedEvent& inEvent);
     void ShowEnd(const PlatformWatchedEvent& inEvent);
+    void Keep(const PlatformWatchedEvent& inEvent, UInt64 inNumber);
 
     const MonitorRequest& mRequest;
+    std::optional<CaptureWriter> mCapture;
     std::map<Key, Open> mOpen;
     UInt64 mCount = 0;
 };
@@ -128,6 +139,34 @@ bool View::IsWanted(const PlatformWatchedEvent& inEvent) const {
            IsProcess(mRequest.process, inEvent.targetName, inEvent.target);
 }
 
+std::string Characters(ConstStringPtr inName) {
+    return {reinterpret_cast<const char*>(inName + 1), inName[0]};
+}
+
+OSType CreatorOf(const ProcessSerialNumber& inNumber) {
+    ProcessInfoRec info = {};
+    info.processInfoLength = 60;
+    return GetProcessInformation(&inNumber, &info) == noErr ? info.processSignature : 0;
+}
+
+void View::Keep(const PlatformWatchedEvent& inEvent, UInt64 inNumber) {
+    if (!mCapture) return;
+    CaptureRecord record;
+    record.kind = static_cast<CaptureKind>(inEvent.kind);
+    record.error = inEvent.error;
+    record.number = inNumber;
+    record.time = inEvent.time;
+    record.elapsed = inEvent.elapsed;
+    record.sender = inEvent.sender.lowLongOfPSN;
+    record.target = inEvent.target.lowLongOfPSN;
+    record.targetCreator = CreatorOf(inEvent.target);
+    record.replyMode = inEvent.replyMode;
+    record.senderName = Characters(inEvent.senderName);
+    record.targetName = Characters(inEvent.targetName);
+    if (inEvent.kind != kPlatformEventEnded) record.event = BytesOfEvent(inEvent.event);
+    mCapture->Write(record);
+}
+
 void View::ShowSent(const PlatformWatchedEvent& inEvent) {
     if (!IsWanted(inEvent)) return;
     // What never comes to its end was missed, or its sender was killed.
@@ -135,6 +174,7 @@ void View::ShowSent(const PlatformWatchedEvent& inEvent) {
     const std::string codes =
         "'" + Code(ClassOf(inEvent.event)) + "'\\'" + Code(IDOf(inEvent.event)) + "'";
     mOpen[KeyOf(inEvent)] = {++mCount, codes};
+    Keep(inEvent, mCount);
     if (mRequest.json)
         PrintJson({{"event", "sent"},
                    {"number", mCount},
@@ -160,6 +200,7 @@ void View::ShowEnd(const PlatformWatchedEvent& inEvent) {
     if (found == mOpen.end()) return;
     const Open open = found->second;
     mOpen.erase(found);
+    Keep(inEvent, open.number);
     const bool isAnswered = inEvent.kind == kPlatformEventAnswered;
     if (mRequest.json) {
         Json json = {{"event", isAnswered ? "answered" : "ended"},

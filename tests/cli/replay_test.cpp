@@ -1,0 +1,206 @@
+// `vantor monitor --capture` and `vantor replay`.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <future>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "support/Command.h"
+#include "support/EventPeer.h"
+#include "support/TemporaryHome.h"
+#include "support/TestEvents.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::HasSubstr;
+using Json = nlohmann::json;
+
+TemporaryHome gHome;
+
+template <typename Test>
+bool Comes(const Test& inTest) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!inTest() && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return inTest();
+}
+
+bool IsWatched() {
+    std::ifstream page(gHome.Root() / "run/vantor/watchers.1", std::ios::binary);
+    UInt64 monitors = 0;
+    page.read(reinterpret_cast<char*>(&monitors), sizeof monitors);
+    return monitors != 0;
+}
+
+std::string Contents(const fs::path& inFile) {
+    std::ifstream file(inFile, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// All but the root folder, whose date is that of the burn.
+std::string WithoutRoot(const std::string& inListing) {
+    return inListing.substr(inListing.find('\n') + 1);
+}
+
+class Replay : public testing::Test {
+  protected:
+    void SetUp() override { fs::remove(mFile); }
+    void TearDown() override { KillRecorder(); }
+
+    static CommandResult Vantor(std::vector<std::string> inWords) {
+        inWords.insert(inWords.begin(), ProgramFolder() + "/vantor");
+        return RunCommand(inWords);
+    }
+    // A monitor that captures to mFile, ready.
+    void StartCapture(const std::vector<std::string>& inWords = {}) {
+        std::vector<std::string> words = {"monitor", "--capture", mFile};
+        words.insert(words.end(), inWords.begin(), inWords.end());
+        mMonitor.emplace("vantor", words);
+        ASSERT_TRUE(Comes(IsWatched));
+    }
+    // Ends it when the file holds that many records of that kind.
+    void EndCapture(const std::string& inKind, size_t inCount, int inSignal = SIGINT) {
+        EXPECT_TRUE(Comes([&] { return Count(inKind) >= inCount; }));
+        kill(mMonitor->Pid(), inSignal);
+        EXPECT_EQ(mMonitor->Wait(), inSignal == SIGINT ? 0 : 128 + inSignal);
+        mMonitor.reset();
+    }
+    size_t Count(const std::string& inKind) {
+        const std::string bytes = Contents(mFile);
+        size_t count = 0;
+        for (size_t at = 0; (at = bytes.find("rcrd", at)) != std::string::npos; ++at)
+            count += bytes.compare(at + 8, 4, inKind) == 0;
+        return count;
+    }
+    static pid_t Recorder() {
+        const auto processes = Vantor({"processes", "--json"});
+        for (const auto& process : Json::parse(processes.output))
+            if (process["signature"] == "Fv8k") return process["pid"];
+        return 0;
+    }
+    static void KillRecorder() {
+        if (const pid_t recorder = Recorder(); recorder > 0) kill(recorder, SIGKILL);
+        EXPECT_TRUE(Comes([] { return Recorder() == 0; }));
+    }
+    static OSErr Ask(EventPeer& ioServer, AEEventID inID, SInt32 inValue = 0) {
+        OwnedDesc event, reply;
+        MakeEvent(ioServer.Psn(), inID, &event);
+        PutLong(&event, keyDirectObject, inValue);
+        return AESend(&event, &reply, kAEWaitReply, kAENormalPriority, 600, nullptr, nullptr);
+    }
+    // A capture of 'echo', 'add1' and 'cnt?'.
+    void CaptureThree() {
+        EventPeer server = StartServer();
+        ASSERT_NE(server.Psn().lowLongOfPSN, 0u);
+        StartCapture();
+        EXPECT_EQ(Ask(server, 'echo', 5), noErr);
+        EXPECT_EQ(Ask(server, 'add1'), noErr);
+        EXPECT_EQ(Ask(server, 'cnt?'), noErr);
+        EndCapture("rply", 3);
+    }
+    static std::string NumberOf(EventPeer& ioServer) {
+        return std::to_string(UInt32{ioServer.Psn().lowLongOfPSN});
+    }
+
+    const std::string mFile = gHome.Root() / "events";
+    std::optional<EventPeer> mMonitor;
+};
+
+TEST_F(Replay, OfABurnWritesTheSameDiscWithAFreshRecorder) {
+    if (!HasTool("bsdtar")) GTEST_SKIP() << "needs bsdtar";
+    const fs::path source = gHome.Root() / "source", image = gHome.Root() / "out.iso",
+                   first = gHome.Root() / "first.iso";
+    fs::create_directories(source / "folder");
+    std::ofstream(source / "a file") << std::string(300'000, 'a');
+    std::ofstream(source / "folder/another") << "contents";
+    ASSERT_EQ(Vantor({"mode", "simulation", "off"}).exitCode, 0);
+    StartCapture({"--process", "Calverin"});
+    const auto burn = Vantor({"burn", source, "--to", image});
+    ASSERT_EQ(burn.exitCode, 0) << burn.errors;
+    EndCapture("rply", 5);
+    KillRecorder();
+    fs::rename(image, first);
+
+    const auto replay = Vantor({"replay", mFile});
+    EXPECT_EQ(replay.exitCode, 0) << replay.errors;
+    EXPECT_THAT(replay.output, HasSubstr(" events sent, "));
+    ASSERT_TRUE(Comes([&] { return fs::exists(image); }));
+    const auto then = RunCommand({"bsdtar", "-tvf", first});
+    const auto now = RunCommand({"bsdtar", "-tvf", image});
+    EXPECT_THAT(then.output, HasSubstr("folder/another"));
+    EXPECT_EQ(WithoutRoot(now.output), WithoutRoot(then.output));
+    const auto contents = RunCommand({"bsdtar", "-xOf", first});
+    EXPECT_EQ(contents.output.size(), 300'008u) << contents.errors;
+    EXPECT_EQ(RunCommand({"bsdtar", "-xOf", image}).output, contents.output);
+    EXPECT_EQ(fs::file_size(image), fs::file_size(first));
+}
+
+TEST_F(Replay, TellsOnlyWhereAnswersDiffer) {
+    CaptureThree();
+    EventPeer fresh = StartServer();
+    const auto same = Vantor({"replay", mFile, "--to", NumberOf(fresh)});
+    EXPECT_EQ(same.exitCode, 0) << same.errors;
+    EXPECT_EQ(same.output, "3 events sent, 0 answered otherwise.\n");
+    const auto other = Vantor({"replay", mFile, "--to", "event_server"});
+    EXPECT_EQ(other.output,
+              "#3 was answered { '----':1 }, now { '----':2 }\n"
+              "3 events sent, 1 answered otherwise.\n");
+    const auto json = Vantor({"replay", mFile, "--to", NumberOf(fresh), "--json"});
+    EXPECT_THAT(json.output, HasSubstr("\"sent\":3,\"different\":1"));
+}
+
+TEST_F(Replay, KilledMonitorLeavesAFileThatCanBeReplayed) {
+    EventPeer server = StartServer();
+    StartCapture();
+    EXPECT_EQ(Ask(server, 'echo', 5), noErr);
+    EndCapture("rply", 1, SIGKILL);
+    const auto replay = Vantor({"replay", mFile, "--to", NumberOf(server)});
+    EXPECT_EQ(replay.output, "1 events sent, 0 answered otherwise.\n") << replay.errors;
+}
+
+TEST_F(Replay, SendsNothingOfAFileThatIsCutOffAnywhere) {
+    CaptureThree();
+    EventPeer fresh = StartServer();
+    const std::string whole = Contents(mFile);
+    const std::string cut = gHome.Root() / "cut";
+    for (const size_t size : {whole.size() - 1, whole.size() - 150, size_t{20}, size_t{9}}) {
+        std::ofstream(cut, std::ios::binary) << whole.substr(0, size);
+        const auto result = Vantor({"replay", cut, "--to", NumberOf(fresh)});
+        EXPECT_EQ(result.exitCode, 4);
+        EXPECT_THAT(result.errors, HasSubstr("ends in the middle of"));
+    }
+    const auto whole3 = Vantor({"replay", mFile, "--to", NumberOf(fresh)});
+    EXPECT_EQ(whole3.output, "3 events sent, 0 answered otherwise.\n");
+}
+
+TEST_F(Replay, FileOfAnotherKindOrVersionIsRefused) {
+    std::ofstream(mFile) << std::string(200, 'x');
+    EXPECT_THAT(Vantor({"replay", mFile}).errors, HasSubstr("does not begin like one"));
+    std::ofstream(mFile, std::ios::binary) << std::string("VantorEv\0\0\0\2\0\0\0\0", 16);
+    EXPECT_THAT(Vantor({"replay", mFile}).errors, HasSubstr("its version is 2"));
+    const auto missing = Vantor({"replay", mFile + ".missing"});
+    EXPECT_EQ(missing.exitCode, 4);
+}
+
+TEST_F(Replay, CaptureNeverOverwritesAFile) {
+    std::ofstream(mFile) << "precious";
+    const auto result = Vantor({"monitor", "--capture", mFile});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("is there already"));
+    EXPECT_EQ(Contents(mFile), "precious");
+}
+
+TEST_F(Replay, TargetThatDoesNotRunIsNamed) {
+    CaptureThree();
+    const auto result = Vantor({"replay", mFile, "--to", "nobody"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.errors, HasSubstr("No program nobody runs."));
+    EXPECT_EQ(Vantor({"replay", mFile}).exitCode, 2);
+}
+
+}  // namespace
