@@ -43,6 +43,7 @@ struct CommandLine {
     std::vector<std::string> words;
     ReplayRequest replay;
     std::string mode, onOff, file;
+    bool watches = false;
     bool json = false;
     std::function<void()> run;
 };
@@ -204,6 +205,17 @@ void AddInfo(CLI::App& ioApp, CommandLine& ioLine) {
         [&ioLine] { ioLine.run = [&ioLine] { ShowInfo(ioLine.file, ioLine.json); }; });
 }
 
+void AddProcesses(CLI::App& ioApp, CommandLine& ioLine) {
+    CLI::App* command = ioApp.add_subcommand("processes", "List the programs that exchange events");
+    command->add_flag("--watch", ioLine.watches, "And those that come and go, until Ctrl-C");
+    AddJsonFlag(command, ioLine.json);
+    command->callback([&ioLine] {
+        ioLine.run = [&ioLine] {
+            ioLine.watches ? WatchProcesses(ioLine.json) : ShowProcesses(ioLine.json);
+        };
+    });
+}
+
 constexpr const char* kSendFooter =
     "PARAMETERS are keyword:value, separated by commas; ~ before a keyword makes it optional, & "
     "an\n"
@@ -290,7 +302,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddFind(ioApp, ioLine);
     AddInfo(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
-    AddSimple(ioApp, ioLine, "processes", "List the programs that exchange events", ShowProcesses);
+    AddProcesses(ioApp, ioLine);
     AddResources(ioApp, ioLine);
     AddMessages(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "volumes", "List the volumes and what they can do", ShowVolumes);

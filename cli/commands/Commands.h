@@ -87,6 +87,8 @@ void ShowStatus(bool inJson);
 void ShowMedia(bool inJson);
 void ShowDrives(bool inJson);
 void ShowProcesses(bool inJson);
+// These, then each that comes or goes, until Ctrl-C.
+void WatchProcesses(bool inJson);
 void ShowVolumes(bool inJson);
 
 void ShowInfo(const std::string& inPath, bool inJson);

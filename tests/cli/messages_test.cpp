@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <signal.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "support/Command.h"
 #include "support/EventPeer.h"
@@ -209,6 +212,40 @@ TEST(LaunchCommand, NamesWhatIsNoApplication) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, EndsWith("[-10814]\n"));
     EXPECT_THAT(Vantor({"launch", gHome.Root() / "none.app"}).errors, EndsWith("[-43]\n"));
+}
+
+// Starts a watch and, once that has told of this peer, ends it by Ctrl-C.
+CommandResult WatchUntil(const std::string& inOutput, std::vector<std::string> inOptions = {}) {
+    CommandOptions options;
+    options.interruptOnOutput = inOutput;
+    inOptions.insert(inOptions.begin(), {ProgramFolder() + "/vantor", "processes", "--watch"});
+    return RunCommand(inOptions, options);
+}
+
+TEST(ProcessesCommand, WatchesUntilItIsInterrupted) {
+    const Peer peer;
+    const auto result = WatchUntil("event_server");
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_THAT(result.output, HasSubstr(peer.Pid()));
+}
+
+TEST(ProcessesCommand, TellsOfProgramsThatComeAndGo) {
+    std::atomic<bool> isOver = false;
+    std::thread comings([&] {
+        while (!isOver) {
+            EventPeer peer = StartServer();
+            EXPECT_NE(peer.Psn().lowLongOfPSN, 0u);
+            for (int i = 0; i < 50 && !isOver; ++i) usleep(20'000);
+        }
+    });
+    for (const std::string word : {"launched", "ended"}) {
+        const auto result = WatchUntil("{\"event\":\"" + word, {"--json"});
+        EXPECT_EQ(result.exitCode, 0) << result.errors;
+        EXPECT_THAT(result.output, HasSubstr("{\"event\":\"" + word + "\",\"number\":"));
+        EXPECT_THAT(result.output, HasSubstr("\"name\":\"event_server\""));
+    }
+    isOver = true;
+    comings.join();
 }
 
 TEST(MessageCommands, HelpShowsExamplesAndExitStatuses) {
