@@ -288,6 +288,15 @@ void AddMessages(CLI::App& ioApp, CommandLine& ioLine) {
     AddProgram(ioApp, ioLine, "quit", "Ask a program to quit", Quit);
 }
 
+void AddDictionary(CLI::App& ioApp, CommandLine& ioLine) {
+    CLI::App* command =
+        ioApp.add_subcommand("dictionary", "Show the events and objects an application knows");
+    command->add_option("APP", ioLine.file, "Its name, signature, PID or path")->required();
+    AddJsonFlag(command, ioLine.json);
+    command->callback(
+        [&ioLine] { ioLine.run = [&ioLine] { ShowDictionary(ioLine.file, ioLine.json); }; });
+}
+
 void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     ioApp.require_subcommand(1);
     ioApp.footer(kFooter);
@@ -301,6 +310,7 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddReplay(ioApp, ioLine);
     AddFind(ioApp, ioLine);
     AddInfo(ioApp, ioLine);
+    AddDictionary(ioApp, ioLine);
     AddSimple(ioApp, ioLine, "drives", "List where discs can be written", ShowDrives);
     AddProcesses(ioApp, ioLine);
     AddResources(ioApp, ioLine);

@@ -91,6 +91,9 @@ void ShowProcesses(bool inJson);
 void WatchProcesses(bool inJson);
 void ShowVolumes(bool inJson);
 
+// Of an application: its signature, name, PID or path.
+void ShowDictionary(const std::string& inApplication, bool inJson);
+
 void ShowInfo(const std::string& inPath, bool inJson);
 
 void RequestBlank(bool inJson);

@@ -7,6 +7,7 @@
 #include "Failure.h"
 #include "Json.h"
 #include "Output.h"
+#include "ResourceFile.h"
 #include "vantor/foundation/StResourceContext.h"
 
 namespace cli {
@@ -21,38 +22,6 @@ struct Facts {
 };
 
 using Data = std::vector<UInt8>;
-
-[[noreturn]] void Refuse(const std::string& inPath, OSErr inError) {
-    std::string why = SentenceFor(inError);
-    if (inError == eofErr) why = "it has no resources";
-    if (inError == mapReadErr) why = "its resources are damaged";
-    if (inError == resNotFound) why = "it has no such resource";
-    throw Failure(inPath + ": " + why, inError, ExitFor(inError));
-}
-
-// A file's resource fork or, where that is empty, its data fork.
-class OpenFile {
-  public:
-    explicit OpenFile(const std::string& inPath) {
-        FSRef ref;
-        const auto* path = reinterpret_cast<const UInt8*>(inPath.c_str());
-        if (const OSStatus error = FSPathMakeRef(path, &ref, nullptr)) Refuse(inPath, OSErr(error));
-        mNumber = FSOpenResFile(&ref, fsRdPerm);
-        OSErr error = ResError();
-        if (error == eofErr) {
-            error = FSOpenResourceFile(&ref, 0, nullptr, fsRdPerm, &mNumber);
-            // Any file has a data fork, so one without a map in it only has no resources.
-            if (error == mapReadErr) error = eofErr;
-        }
-        if (error != noErr) Refuse(inPath, error);
-    }
-    ~OpenFile() { CloseResFile(mNumber); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-  private:
-    ResFileRefNum mNumber = kResFileNotOpened;
-};
 
 Facts FactsOf(Handle inResource) {
     Facts facts;
@@ -158,7 +127,7 @@ void WriteRaw(const Data& inData, const std::string& inPath) {
 
 void Dump(const ResourcesRequest& inRequest) {
     const Handle resource = Get1Resource(*inRequest.type, *inRequest.id);
-    if (resource == nullptr) Refuse(inRequest.file, resNotFound);
+    if (resource == nullptr) RefuseResources(inRequest.file, resNotFound);
     const Facts facts = FactsOf(resource);
     const Data data = DataOf(resource);
     if (inRequest.raw || !inRequest.target.empty()) return WriteRaw(data, inRequest.target);
@@ -174,7 +143,7 @@ void Dump(const ResourcesRequest& inRequest) {
 
 void ShowResources(const ResourcesRequest& inRequest) {
     const StResLoad noLoading(false);
-    const OpenFile file(inRequest.file);
+    const ResourceFile file(inRequest.file);
     if (inRequest.id)
         Dump(inRequest);
     else

@@ -28,6 +28,12 @@ class Reader {
     void Append(const std::string& inWord, const Token& inValue);
     void AppendNumber(const Token& inValue, size_t inBytes);
     void AppendText(const Token& inValue, bool inWithLength);
+    void AppendCode(const Token& inValue);
+    void AppendTerm(const Tokens& inTokens, const std::string& inSteps);
+    void AppendStep(char inStep, const Tokens& inTokens, size_t& ioAt);
+    void AppendFlags(const Tokens& inTokens, size_t& ioAt);
+    void AppendCodes(const Tokens& inTokens, size_t& ioAt);
+    void Align() { Data().resize((Data().size() + 1) & ~size_t{1}); }
     void BeginList();
     void CountItem();
     void EndList();
@@ -50,6 +56,14 @@ void PutBigEndian(std::string& ioData, size_t inAt, SInt64 inNumber, size_t inBy
     for (size_t i = 0; i < inBytes; ++i)
         ioData[inAt + i] = static_cast<char>(inNumber >> (8 * (inBytes - 1 - i)));
 }
+
+// The words of a terminology, and the pieces of each in their order: i counts an item, s is a
+// Pascal string, a an even length, c a code, n a short, f the flags and k the codes that end the
+// line.
+const std::map<std::string, std::string> kTerms = {
+    {"suite", "issacnn"},      {"event", "issacc"},   {"reply", "csaf"},        {"direct", "csaf"},
+    {"parameter", "isaccsaf"}, {"class", "isacsa"},   {"property", "isaccsaf"}, {"element", "ick"},
+    {"comparison", "isacsa"},  {"enumeration", "ic"}, {"enumerator", "isacsa"}};
 
 std::vector<DescribedResource> Reader::Read(std::istream& inText) {
     for (std::string line; std::getline(inText, line);) {
@@ -100,7 +114,9 @@ void Reader::Obey(const Tokens& inTokens) {
     if (word == "list") return BeginList();
     if (word == "item") return CountItem();
     if (word == "end") return EndList();
-    if (word == "align") return Data().resize((Data().size() + 1) & ~size_t{1});
+    if (word == "align") return Align();
+    if (const auto term = kTerms.find(word); term != kTerms.end())
+        return AppendTerm(inTokens, term->second);
     for (size_t i = 1; i < inTokens.size(); ++i) Append(word, inTokens[i]);
 }
 
@@ -142,8 +158,49 @@ void Reader::Append(const std::string& inWord, const Token& inValue) {
     if (inWord == "text") return AppendText(inValue, false);
     if (inWord == "pstring") return AppendText(inValue, true);
     if (inWord != "code") Fail("no such word: " + inWord);
+    AppendCode(inValue);
+}
+
+void Reader::AppendCode(const Token& inValue) {
     Data().resize(Data().size() + 4);
     PutBigEndian(Data(), Data().size() - 4, CodeIn(inValue), 4);
+}
+
+void Reader::AppendTerm(const Tokens& inTokens, const std::string& inSteps) {
+    size_t at = 1;
+    for (const char step : inSteps) AppendStep(step, inTokens, at);
+    if (at != inTokens.size()) Fail("too many values for " + inTokens[0].text);
+}
+
+void Reader::AppendStep(char inStep, const Tokens& inTokens, size_t& ioAt) {
+    if (inStep == 'i') return CountItem();
+    if (inStep == 'a') return Align();
+    if (inStep == 'f') return AppendFlags(inTokens, ioAt);
+    if (inStep == 'k') return AppendCodes(inTokens, ioAt);
+    if (ioAt == inTokens.size()) Fail("too few values for " + inTokens[0].text);
+    const Token& value = inTokens[ioAt++];
+    if (inStep == 's') return AppendText(value, true);
+    if (inStep == 'c') return AppendCode(value);
+    AppendNumber(value, 2);
+}
+
+void Reader::AppendFlags(const Tokens& inTokens, size_t& ioAt) {
+    static const std::map<std::string, SInt64> kFlags = {
+        {"optional", 0x8000}, {"list", 0x4000}, {"enumerated", 0x2000}, {"writable", 0x1000}};
+    SInt64 flags = 0;
+    for (; ioAt < inTokens.size(); ++ioAt) {
+        const auto found = kFlags.find(inTokens[ioAt].text);
+        if (found == kFlags.end()) Fail("no such flag: " + inTokens[ioAt].text);
+        flags |= found->second;
+    }
+    Data().resize(Data().size() + 2);
+    PutBigEndian(Data(), Data().size() - 2, flags, 2);
+}
+
+void Reader::AppendCodes(const Tokens& inTokens, size_t& ioAt) {
+    Data().resize(Data().size() + 2);
+    PutBigEndian(Data(), Data().size() - 2, static_cast<SInt64>(inTokens.size() - ioAt), 2);
+    for (; ioAt < inTokens.size(); ++ioAt) AppendCode(inTokens[ioAt]);
 }
 
 void Reader::AppendNumber(const Token& inValue, size_t inBytes) {

@@ -6,8 +6,12 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <thread>
 
+#include "cli/ResourceFile.h"
+#include "cli/Terminology.h"
+#include "support/Command.h"
 #include "support/TemporaryHome.h"
 #include "vantor/api/Vantor.h"
 #include "vantor/appleevents/MoreAE.h"
@@ -351,6 +355,46 @@ TEST_F(Objects, AreCountedInTheirContainer) {
     EXPECT_THAT(Asked('cnte', kApplication, "kocl:type('Disc')").Values(), ElementsAre("1"));
     EXPECT_THAT(Asked('cnte', kApplication, "kocl:type('Cake')").Values(), ElementsAre("0"));
     EXPECT_THAT(Asked('cnte', Drive("indx", "1"), "kocl:type('Disc')").Values(), ElementsAre("0"));
+}
+
+// One object of each class, by what the dictionary calls it.
+std::string ObjectOf(OSType inClass) {
+    if (inClass == OSType(cApplication)) return kApplication;
+    return inClass == 'Disc' ? Element("Disc", "indx", "1") : Drive("indx", "-1");
+}
+
+std::string CharactersOf(OSType inCode) {
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8) text += char(inCode >> shift);
+    return text;
+}
+
+TEST_F(Objects, HaveEveryPropertyOfTheDictionary) {
+    size_t count = 0;
+    for (const auto& suite : cli::TerminologyOf("Calverin"))
+        for (const auto& term : suite.classes)
+            for (const auto& property : term.properties) {
+                const std::string code = CharactersOf(property.code);
+                EXPECT_EQ(Get(PropertyOf(ObjectOf(term.code), code)).Error(), noErr) << code;
+                ++count;
+            }
+    EXPECT_EQ(count, 31u);
+}
+
+TEST_F(Objects, AreAskedByTheEventsOfTheDictionaryAndNoOthers) {
+    using Event = std::pair<OSType, OSType>;
+    std::set<Event> named, installed;
+    for (const auto& suite : cli::TerminologyOf("Fv8k"))
+        for (const auto& event : suite.events) named.insert({event.eventClass, event.code});
+    const cli::ResourceFile file(ProgramFolder() +
+                                 "/Calverin.app/Contents/Resources/Calverin.rsrc");
+    const Handle table = Get1Resource('aedt', 128);
+    ASSERT_NE(table, nullptr);
+    const auto* words = reinterpret_cast<const UInt32*>(*table);
+    for (Size i = 0; i < GetHandleSize(table) / 12; ++i)
+        installed.insert({EndianU32_BtoN(words[3 * i]), EndianU32_BtoN(words[3 * i + 1])});
+    EXPECT_EQ(named, installed);
+    EXPECT_EQ(installed.size(), 13u);
 }
 
 }  // namespace

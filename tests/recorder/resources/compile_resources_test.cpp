@@ -65,6 +65,28 @@ TEST_F(CompileResources, ListsCountTheirItemsAndNest) {
     EXPECT_EQ(TextOfResource('Nest', 1), std::string("\0\2\0\1\7\0\0\11", 8));
 }
 
+TEST_F(CompileResources, TermsAreNamesCodesAndFlagsAtEvenPlaces) {
+    const auto result = Compile(
+        "resource 'Term' 1\nlist\n"
+        "suite \"a\" \"\" 'SUIT' 1 2\n"
+        "parameter \"to\" 'data' 'long' \"It.\" optional writable\n"
+        "element 'cEle' 'indx' 'name'\nend\n");
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    OpenDataFork(Path("file.rsrc"));
+    EXPECT_EQ(TextOfResource('Term', 1), std::string("\0\3\1a\0\0SUIT\0\1\0\2"
+                                                     "\2to\0datalong\3It.\x90\0cEle\0\2indxname",
+                                                     46));
+}
+
+TEST_F(CompileResources, TermsMustHaveTheirValues) {
+    ExpectMistake("resource 'Test' 1\nlist\nclass \"x\" 'clas'\nend\n",
+                  "3: too few values for class");
+    ExpectMistake("resource 'Test' 1\nlist\nevent \"x\" \"\" 'clas' 'even' 1\nend\n",
+                  "3: too many values for event");
+    ExpectMistake("resource 'Test' 1\nreply 'null' \"\" needed\n", "2: no such flag: needed");
+    ExpectMistake("resource 'Test' 1\nclass \"x\" 'clas' \"\"\n", "2: an item stands in a list");
+}
+
 TEST_F(CompileResources, MakesTheFileAnewAndTheSameEachTime) {
     const auto bytes = [&] {
         EXPECT_EQ(Compile("resource 'Test' 1\ntext \"x\"\n").exitCode, 0);
