@@ -86,13 +86,27 @@ void TakeOwnPiece(const std::string& inPiece, AliasContents* outContents) {
                              ReadBigEndian<SInt64>(bytes + 18)};
 }
 
+// The text that a piece of that tag is; null for pieces that are none.
+std::string* TextFor(UInt16 inTag, AliasContents* ioContents) {
+    switch (inTag) {
+        case kParentName:
+            return &ioContents->parentName;
+        case kPath:
+            return &ioContents->path;
+        case kZone:
+            return &ioContents->zone;
+        case kServer:
+            return &ioContents->server;
+        case kDiskPath:
+            return &ioContents->diskPath;
+        default:
+            return nullptr;
+    }
+}
+
 void TakePiece(UInt16 inTag, std::string inPiece, AliasContents* outContents) {
-    if (inTag == kParentName) outContents->parentName = std::move(inPiece);
-    if (inTag == kPath) outContents->path = std::move(inPiece);
-    if (inTag == kZone) outContents->zone = std::move(inPiece);
-    if (inTag == kServer) outContents->server = std::move(inPiece);
-    if (inTag == kDiskPath) outContents->diskPath = std::move(inPiece);
-    if (inTag == kOwn) TakeOwnPiece(inPiece, outContents);
+    if (inTag == kOwn) return TakeOwnPiece(inPiece, outContents);
+    if (std::string* text = TextFor(inTag, outContents)) *text = std::move(inPiece);
 }
 
 bool TakePieces(std::span<const UInt8> inBytes, AliasContents* outContents) {
