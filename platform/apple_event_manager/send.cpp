@@ -28,10 +28,9 @@ SInt32 InteractionOf(AESendMode inMode) {
     return bits & kAEAlwaysInteract ? bits : bits | kAECanInteract;
 }
 
-OSErr CheckSend(const AppleEvent* inEvent, const AppleEvent* inReply,
+OSErr CheckSend(const AppleEvent& inEvent, const AppleEvent* inReply,
                 const SendOptions& inOptions) {
-    if (!inEvent) return paramErr;
-    if (!IsAppleEvent(*inEvent)) return errAENotAEDesc;
+    if (!IsAppleEvent(inEvent)) return errAENotAEDesc;
     if (inOptions.replyMode == 0) return errAEUnknownSendMode;
     if (inOptions.replyMode == kAEWaitReply && !inReply) return paramErr;
     return inOptions.timeOut < kNoTimeOut ? OSErr{paramErr} : OSErr{noErr};
@@ -71,11 +70,12 @@ OSErr SendToSelf(const AppleEvent& inEvent, AppleEvent* outReply, const Target& 
 OSErr SendQuietly(const AppleEvent* inEvent, AppleEvent* outReply, AESendMode inMode,
                   SendOptions inOptions) {
     if (outReply) AEInitializeDesc(outReply);
+    if (!inEvent) return paramErr;
     inOptions.replyMode = inMode & kReplyModeMask;
     inOptions.interaction = InteractionOf(inMode);
     inOptions.mayReconnect = !(inMode & kAEDontReconnect);
     inOptions.dispatchesAll = inMode & kAEProcessNonReplyEvents;
-    if (const OSErr err = CheckSend(inEvent, outReply, inOptions)) return err;
+    if (const OSErr err = CheckSend(*inEvent, outReply, inOptions)) return err;
     if (inOptions.timeOut == kAEDefaultTimeout) inOptions.timeOut = kDefaultTimeOut;
     if (inMode & kAEDontExecute) return noErr;  // Only to be recorded, and nobody records.
     Target target;
