@@ -41,9 +41,9 @@ OSErr EventFromBytes(const std::vector<UInt8>& inBytes, AppleEvent* outEvent) {
 bool TakeKept(const std::string& inPath, AppleEvent* outEvent) {
     std::ifstream file(inPath, std::ios::binary);
     if (!file) return false;
-    std::vector<UInt8> bytes((std::istreambuf_iterator<char>(file)), {});
+    const std::vector<UInt8> bytes((std::istreambuf_iterator<char>(file)), {});
     unlink(inPath.c_str());
-    return EventFromBytes(std::move(bytes), outEvent) == noErr;
+    return EventFromBytes(bytes, outEvent) == noErr;
 }
 
 OSErr MakeOpen(AppleEvent* outEvent) {
