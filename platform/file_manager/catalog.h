@@ -7,8 +7,8 @@
 
 namespace carbon {
 
-// The absolute path of the object a spec names. fnfErr sets the path too: only its last part is
-// missing. Else nsvErr, dirNFErr, bdNamErr, afpAccessDenied, and the path stays as it was.
+// The absolute path of the object a file spec names. fnfErr sets the path too: only its last part
+// is missing. Else nsvErr, dirNFErr, bdNamErr, afpAccessDenied, and the path stays as it was.
 OSErr PathFromSpec(const FSSpec& inSpec, std::string* outPath);
 
 // The file spec of the object at a path (a relative one starts in the working directory). A

@@ -1,4 +1,5 @@
-// Names within one folder: which entry a spec's name means, and which name an entry has in a spec.
+// Names within one folder: which entry a file spec's name means, and which name an entry has in a
+// file spec.
 #pragma once
 
 #include <Carbon/Files.h>

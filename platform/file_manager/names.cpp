@@ -1,4 +1,4 @@
-// Owns the two spellings of names: UTF-8 with ':' on disk, MacRoman with '/' in a spec.
+// Owns the two spellings of names: UTF-8 with ':' on disk, MacRoman with '/' in a file spec.
 #include "file_manager/names.h"
 
 #include <unicode/normalizer2.h>

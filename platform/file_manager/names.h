@@ -1,4 +1,4 @@
-// How a name on disk and a name in a spec stand for each other.
+// How a name on disk and a name in a file spec stand for each other.
 #pragma once
 
 #include <Carbon/MacTypes.h>
@@ -12,10 +12,10 @@ namespace carbon {
 inline constexpr size_t kLongestSpecName = 63;
 inline constexpr size_t kLongestVolumeName = 27;
 
-// The MacRoman spelling of a name on disk, if it has one that fits a spec.
+// The MacRoman spelling of a name on disk, if it has one that fits a file spec.
 std::optional<std::string> SpecNameOf(std::string_view inDiskName);
 
-// The bytes on disk that a spec's name means when it is taken at its word.
+// The bytes on disk that a file spec's name means when it is taken at its word.
 std::string DiskNameOf(std::string_view inSpecName);
 
 // The spelling of a name that has no other: its beginning ('?' for what MacRoman lacks), '#', the

@@ -12,7 +12,7 @@ OSErr CreateFolder(Objects& ioObjects, const Located& inPlace, SInt32* outId);
 // fBsyErr for a file in use, a folder that is not empty, a root.
 OSErr DeleteObject(Objects& ioObjects, const Located& inLocated);
 
-// Into a folder (the one it lies in, for a renaming) under a name as in a spec. dupFNErr,
+// Into a folder (the one it lies in, for a renaming) under a name as in a file spec. dupFNErr,
 // badMovErr, diffVolErr.
 OSErr MoveObject(Objects& ioObjects, const Located& inLocated, const Folder& inDestination,
                  std::string_view inName);

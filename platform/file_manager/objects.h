@@ -1,4 +1,4 @@
-// One file or folder as the three worlds name it: a spec, a reference, a path.
+// One file or folder as the three worlds name it: a file spec, a reference, a path.
 #pragma once
 
 #include <Carbon/Files.h>
@@ -33,7 +33,7 @@ class Objects {
     OSErr FindInFolder(const Folder& inFolder, const std::string& inDiskName, Object* outObject);
     // The folder itself, as an entry of its parent.
     OSErr FindFolder(const Folder& inFolder, Object* outObject);
-    // By a name as in a spec.
+    // By a name as in a file spec.
     OSErr FindByName(const Folder& inFolder, std::string_view inName, Object* outObject);
     // An entry just looked at.
     OSErr TakeEntry(const Folder& inFolder, const Entry& inEntry, Object* outObject);

@@ -7,9 +7,9 @@
 
 namespace carbon {
 
-// The program that a spec stands for: of a bundle's folder, of a bundle whose program file it
-// names, or of a plain program file. fnfErr and the other codes of a spec; kLSNotAnApplicationErr,
-// kLSNoExecutableErr, kLSNoLaunchPermissionErr.
+// The program that a file spec stands for: of a bundle's folder, of a bundle whose program file it
+// names, or of a plain program file. fnfErr and the other codes of a file spec;
+// kLSNotAnApplicationErr, kLSNoExecutableErr, kLSNoLaunchPermissionErr.
 OSErr LaunchableFromSpec(const FSSpec& inSpec, Program* outProgram);
 
 }  // namespace carbon

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-// By a spec, or by a folder's own ID.
+// By a file spec, or by a folder's own ID.
 inline CInfoPBRec InfoOf(const FSSpec& inSpec) {
     CInfoPBRec info = {};
     Str63 name;

@@ -18,8 +18,8 @@ class MountedVolume {
     FSVolumeRefNum Number() const { return mNumber; }
     const std::filesystem::path& Root() const { return mRoot; }
 
-    // The spec of what a partial path (":Folder:File", "File") below the root names, which need
-    // not exist.
+    // The file spec of what a partial path (":Folder:File", "File") below the root names, which
+    // need not exist.
     FSSpec Spec(const std::string& inPath) const;
     // The ID of a folder below the root.
     SInt32 DirID(const std::string& inPath) const;

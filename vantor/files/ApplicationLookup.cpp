@@ -110,7 +110,7 @@ OSErr FSpDTXGetAPPL(ConstStr255Param inVolName, FSVolumeRefNum inVRefNum, OSType
                     Boolean inSearchCatalog, FSSpec* outSpec) {
     Str255 name;  // a desktop file may hold names that no spec has room for
     CopyName(outSpec->name, name, sizeof outSpec->name);
-    SInt32 parID = outSpec->parID;  // no SInt32* may point into a spec, where it is not aligned
+    SInt32 parID = outSpec->parID;  // no SInt32* may point into it, where it is not aligned
     const OSErr err = DTXGetAPPL(inVolName, inVRefNum, inCreator, inSearchCatalog,
                                  &outSpec->vRefNum, &parID, name);
     outSpec->parID = parID;

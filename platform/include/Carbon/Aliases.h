@@ -131,7 +131,7 @@ OSErr GetAliasInfo(const AliasHandle alias, AliasInfoType index, Str63 theString
 OSErr IsAliasFile(const FSSpec* fileFSSpec, Boolean* aliasFileFlag, Boolean* folderFlag);
 OSErr FSIsAliasFile(const FSRef* fileRef, Boolean* aliasFileFlag, Boolean* folderFlag);
 
-// If the spec names an alias file, makes it name the object that the alias in there means.
+// If the file spec names an alias file, makes it name the object that the alias in there means.
 //   resolveAliasChains  whether to go on when that is an alias file too
 //   targetIsFolder, wasAliased  may be null
 // Returns noErr and changes nothing for any other object; else what ResolveAlias returns, or the

@@ -2,8 +2,8 @@
 //
 // Volumes have negative numbers from -100 downward, which stay with a volume for good. Directories
 // have a number on their volume that is never given to another one: 2 is the volume's root, 1 the
-// parent that the root is said to have. Both mean the same in every process of a user, so a spec or
-// a reference may travel in an event.
+// parent that the root is said to have. Both mean the same in every process of a user, so a file
+// spec or a reference may travel in an event.
 //
 // Names are MacRoman, at most 63 characters, ':' never among them ('/' is an ordinary character and
 // stands for a ':' on disk). A name on disk that does not fit (too long, in another script, not
@@ -1262,7 +1262,7 @@ OSErr PBHDeleteSync(HParmBlkPtr paramBlock);
 
 // Gives an object another name in its folder, or a mounted folder another volume name ("Disk:" as
 // the old one). dupFNErr when another object has it; a name that differs only in case is no other.
-// fLckdErr, and fBsyErr for a volume that keeps its name. The spec is not changed.
+// fLckdErr, and fBsyErr for a volume that keeps its name. The file spec is not changed.
 // PB: fileParam, the new name in ioParam.ioMisc.
 OSErr HRename(FSVolumeRefNum vRefNum, SInt32 dirID, ConstStr255Param oldName,
               ConstStr255Param newName);

@@ -124,7 +124,7 @@ PLATFORM_DECLARATIONS_BEGIN
 // call returns, although the program has hardly begun; the first event to it waits for it to be
 // ready. Without launchContinue the caller is ended through ExitToShell, also after a failure.
 //   paramErr    a block of another shape, no spec, or parameters that hold no event
-//   fnfErr      no such file; other File Manager codes for a spec that leads nowhere
+//   fnfErr      no such file; other File Manager codes for a file spec that leads nowhere
 //   appIsDaemon the program works in the background only and launchInhibitDaemon is set
 //   kLSNotAnApplicationErr, kLSNoExecutableErr, kLSNoLaunchPermissionErr,
 //   kLSExecutableIncorrectFormat, kLSLaunchInProgressErr   see LSInfo.h

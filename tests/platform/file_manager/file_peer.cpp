@@ -1,4 +1,5 @@
-// Another process for the tests: makes specs of paths and paths of specs, one request a run.
+// Another process for the tests: makes file specs of paths and paths of file specs, one request a
+// run.
 //   spec PATH               prints error, volume, parent, name in hexadecimal
 //   path VOLUME PARENT HEX  prints error and path
 //   alias FILE              prints error and path of the alias record in FILE
