@@ -31,6 +31,11 @@ bool IsHeld(int inFile, Fork inFork, int inUse, int inCount) {
     return fcntl(inFile, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
+UniqueFd OpenToAsk(const std::string& inPath) {
+    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    return UniqueFd(open(inPath.c_str(), flags));
+}
+
 }  // namespace
 
 OSErr HoldForkUses(int inFile, Fork inFork, ForkUses inUses) {
@@ -59,9 +64,13 @@ ForkUses ForkUsesOfOthers(int inFile, Fork inFork) {
 }
 
 ForkUses UsesOfFork(const std::string& inPath, Fork inFork) {
-    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-    const UniqueFd file(open(inPath.c_str(), flags));
+    const UniqueFd file = OpenToAsk(inPath);
     return file ? ForkUsesOfOthers(file.Get(), inFork) : ForkUses(0);
+}
+
+bool IsAnyForkInUse(const std::string& inPath) {
+    const UniqueFd file = OpenToAsk(inPath);
+    return file && IsHeld(file.Get(), Fork::kData, 0, int(kBytesOfAFork) + kUses);
 }
 
 }  // namespace carbon

@@ -35,4 +35,7 @@ ForkUses ForkUsesOfOthers(int inFile, Fork inFork);
 // The same for the file at a path; none for what cannot be opened, and so has no forks open.
 ForkUses UsesOfFork(const std::string& inPath, Fork inFork);
 
+// Whether anybody has a fork of that file open, asked with one opening.
+bool IsAnyForkInUse(const std::string& inPath);
+
 }  // namespace carbon

@@ -112,7 +112,7 @@ UInt8 OpenForkAttributes(dev_t inDevice, ino_t inInode) {
 }
 
 bool IsOpenSomewhere(const std::string& inPath) {
-    return UsesOfFork(inPath, Fork::kData) != 0 || UsesOfFork(inPath, Fork::kResource) != 0;
+    return IsAnyForkInUse(inPath);
 }
 
 }  // namespace carbon
