@@ -3,7 +3,6 @@
 
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -12,6 +11,7 @@
 #include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 #include "posix/runtime_folder.h"
+#include "posix/shared_memory.h"
 
 namespace carbon {
 
@@ -68,8 +68,8 @@ OSErr OpenWatchPage() {
     OSErr err = RuntimeFolder(&folder);
     if (!err) err = OpenFile(folder + kPageName, &file);
     if (err) return err;
-    void* page = mmap(nullptr, kPageSize, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
-    if (page == MAP_FAILED) return OSErrFromErrno(errno);
+    void* page = MapShared(file.Get(), kPageSize, WhenShortened::kLengthen, folder + kPageName);
+    if (!page) return OSErrFromErrno(errno);
     gWatchPage = static_cast<WatchPage*>(page);
     return noErr;
 }

@@ -2,9 +2,9 @@
 #include "file_manager/shared_counter.h"
 
 #include <fcntl.h>
-#include <sys/mman.h>
 
 #include "posix/UniqueFd.h"
+#include "posix/shared_memory.h"
 
 namespace carbon {
 
@@ -14,12 +14,12 @@ SharedCounter::SharedCounter(const std::string& inPath) {
     const UniqueFd file(open(inPath.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     // With its place on the disk: the first counting on a full one would end the process.
     if (!file || posix_fallocate(file.Get(), 0, sizeof mOwn) != 0) return;
-    void* memory = mmap(nullptr, sizeof mOwn, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
-    if (memory != MAP_FAILED) mValue = static_cast<std::atomic<UInt64>*>(memory);
+    void* memory = MapShared(file.Get(), sizeof mOwn, WhenShortened::kLengthen, inPath);
+    if (memory) mValue = static_cast<std::atomic<UInt64>*>(memory);
 }
 
 SharedCounter::~SharedCounter() {
-    if (mValue != &mOwn) munmap(mValue, sizeof mOwn);
+    if (mValue != &mOwn) UnmapShared(mValue, sizeof mOwn);
 }
 
 }  // namespace carbon

@@ -17,6 +17,7 @@
 #include "posix/file_lock.h"
 #include "posix/os_err.h"
 #include "posix/runtime_folder.h"
+#include "posix/shared_memory.h"
 
 namespace carbon {
 namespace {
@@ -36,10 +37,10 @@ bool HasFullSize(int inFile, struct stat* outFacts) {
     return fstat(inFile, outFacts) == 0 && outFacts->st_size == off_t(sizeof(TableLayout));
 }
 
-TableLayout* Map(int inFile) {
-    void* memory =
-        mmap(nullptr, sizeof(TableLayout), PROT_READ | PROT_WRITE, MAP_SHARED, inFile, 0);
-    return memory == MAP_FAILED ? nullptr : static_cast<TableLayout*>(memory);
+// A table that is shortened while somebody reads it becomes one without entries, which is replaced.
+TableLayout* Map(int inFile, const std::string& inPath) {
+    return static_cast<TableLayout*>(
+        MapShared(inFile, sizeof(TableLayout), WhenShortened::kGoOnAlone, inPath));
 }
 
 bool IsHeaderSound(const TableHeader& inHeader) {
@@ -105,10 +106,10 @@ OSErr Create(const std::string& inFolder, const std::string& inPath, UInt32 inFi
     // Space for what is written below is taken now: a full disk is an answer here, a fault there.
     const int reserved = posix_fallocate(file.Get(), 0, off_t(offsetof(TableLayout, longFacts)));
     if (reserved != 0) return OSErrFromErrno(reserved);
-    TableLayout* layout = Map(file.Get());
+    TableLayout* layout = Map(file.Get(), draft);
     if (layout == nullptr) return OSErrFromErrno(errno);
     Initialize(layout, std::max(inFirstNumber, NumberBeyondSockets(inFolder)));
-    munmap(layout, sizeof *layout);
+    UnmapShared(layout, sizeof *layout);
     return rename(draft.c_str(), inPath.c_str()) == 0 ? OSErr(noErr) : OSErrFromErrno(errno);
 }
 
@@ -129,9 +130,9 @@ TableLayout* OpenSound(const std::string& inPath, UniqueFd* outFile) {
     *outFile = UniqueFd(open(inPath.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
     struct stat facts;
     if (!*outFile || !HasFullSize(outFile->Get(), &facts)) return nullptr;
-    TableLayout* layout = Map(outFile->Get());
+    TableLayout* layout = Map(outFile->Get(), inPath);
     if (layout != nullptr && !IsSound(*layout)) {
-        munmap(layout, sizeof *layout);
+        UnmapShared(layout, sizeof *layout);
         layout = nullptr;
     }
     return layout;

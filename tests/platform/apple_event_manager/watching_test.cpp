@@ -149,6 +149,24 @@ TEST_F(Watching, NonsenseOnThePageIsPutOutByTheNextSend) {
     EXPECT_FALSE(IsSomebodyWatching());
 }
 
+// Every program of the user's has the page mapped: reading behind its end would end them all.
+TEST_F(Watching, PageThatIsShortenedEndsNobodyAndFillsAgain) {
+    EventPeer watcher("event_monitor");
+    ASSERT_NE(watcher.Psn().lowLongOfPSN, 0u);
+    TestMonitor monitor;
+    fs::resize_file(gHome.Root() / "run/vantor/watchers.1", 0);
+    EXPECT_EQ(SendToSelf(), noErr);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!MonitorIn(TheWatchPage().monitors, 1) && std::chrono::steady_clock::now() < deadline)
+        monitor.TakeWaiting();
+    EXPECT_NE(MonitorIn(TheWatchPage().monitors, 1), 0) << "not both are back";
+    SendToSelf();
+    EXPECT_EQ(monitor.Take(2).size(), 2u);
+    kill(watcher.Pid(), SIGKILL);
+    EXPECT_EQ(watcher.Wait(), 128 + SIGKILL) << "had ended by itself";
+    SendToSelf();
+}
+
 // Even where every folder on the way is open to all.
 TEST_F(Watching, AnotherUserNeitherWatchesNorTells) {
     if (geteuid() != 0) GTEST_SKIP() << "only root can become another user";

@@ -14,7 +14,9 @@
 #include <vector>
 
 #include "platform/process_manager/Peer.h"
+#include "process_manager/own_process.h"
 #include "process_manager/process_table.h"
+#include "process_manager/slots.h"
 #include "process_manager/table_file.h"
 #include "support/TemporaryHome.h"
 
@@ -279,6 +281,18 @@ TEST(ProcessTable, TruncatedFileIsSetAsideAndRebuilt) {
     std::filesystem::resize_file(TablePath(), 100);
     ExpectRebuiltAround(peer);
     EXPECT_TRUE(std::filesystem::exists(TablePath().string() + ".damaged"));
+}
+
+// Between the question whether the file is whole and the reading of it.
+TEST(ProcessTable, FileThatIsTruncatedUnderAReaderHasNoEntriesForIt) {
+    const UInt32 own = OwnNumber();
+    carbon::TableFile* table = nullptr;
+    ASSERT_EQ(carbon::CurrentTable(&table), noErr);
+    std::filesystem::resize_file(TablePath(), 0);
+    EXPECT_EQ((*table)->header.slotsUsed.load(), 0u);
+    EXPECT_EQ(carbon::FindLivingSlot(*table, own), nullptr);
+    EXPECT_FALSE(table->IsCurrent());
+    EXPECT_TRUE(IsListed({0, own})) << "in the new table";
 }
 
 TEST(ProcessTable, OverwrittenFileIsSetAsideAndRebuilt) {
