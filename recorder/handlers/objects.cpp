@@ -95,28 +95,32 @@ void FindProperty(const AEDesc& inContainer, DescType inForm, const AEDesc& inDa
     MakeToken(object, outToken);
 }
 
-OSErr Access(DescType inClass, const AEDesc* inContainer, DescType, DescType inForm,
-             const AEDesc* inData, AEDesc* outToken, SInt32) {
-    StAEDescriptor token;
-    const OSErr err = CodeOf(
-        [&] {
-            if (inClass == DescType(cProperty))
-                return FindProperty(*inContainer, inForm, *inData, token);
-            FindElements(inClass, inForm, *inData, token);
-        },
-        nullptr);
-    std::swap(*outToken, token.mDesc);
+// A drive may go, or never have been, while an object is looked for: then there is no such object.
+OSErr CodeOfStep(const std::function<void()>& inStep) {
+    const OSErr err = CodeOf(inStep, nullptr);
     return err == nsDrvErr ? OSErr(errAENoSuchObject) : err;
 }
 
+OSErr Access(DescType inClass, const AEDesc* inContainer, DescType, DescType inForm,
+             const AEDesc* inData, AEDesc* outToken, SInt32) {
+    StAEDescriptor token;
+    const OSErr err = CodeOfStep([&] {
+        if (inClass == DescType(cProperty))
+            return FindProperty(*inContainer, inForm, *inData, token);
+        FindElements(inClass, inForm, *inData, token);
+    });
+    std::swap(*outToken, token.mDesc);
+    return err;
+}
+
 OSErr Count(DescType inClass, DescType, const AEDesc* inContainer, SInt32* outCount) {
-    return CodeOf([&] { *outCount = CountElements(*sState, inClass, ObjectFrom(*inContainer)); },
-                  nullptr);
+    return CodeOfStep(
+        [&] { *outCount = CountElements(*sState, inClass, ObjectFrom(*inContainer)); });
 }
 
 OSErr Compare(DescType inOperator, const AEDesc* inLeft, const AEDesc* inRight, Boolean* outHolds) {
-    return CodeOf([&] { *outHolds = CompareOperands(*sState, *inLeft, inOperator, *inRight); },
-                  nullptr);
+    return CodeOfStep(
+        [&] { *outHolds = CompareOperands(*sState, *inLeft, inOperator, *inRight); });
 }
 
 Objects ObjectsFrom(const AEDesc& inTokens) {
