@@ -2,8 +2,8 @@
  *
  *     burn_disc FILE...
  *
- * The disc goes where the recorder's chosen drive puts it: for the image drive, into its folder of
- * finished discs. */
+ * The disc stays in the drive that the recorder has chosen: with an image drive, as a file in its
+ * tray. */
 #include <Carbon/Carbon.h>
 #include <stdio.h>
 #include <stdlib.h>

@@ -1,6 +1,7 @@
 // Owns the search for bundles and the memory of what it found.
 #include "launch_services/applications.h"
 
+#include <dlfcn.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -42,15 +43,33 @@ struct Stamp {
     long nanoseconds = 0;
 };
 
+// Where this code was loaded from: the folder of the library, or of a program that contains it.
+fs::path OwnFolder() {
+    static const char sHere = 0;
+    Dl_info info = {};
+    if (dladdr(&sHere, &info) == 0) return {};
+    std::error_code error;
+    return fs::canonical(info.dli_fname, error).parent_path();
+}
+
+void AddOnce(const fs::path& inFolder, std::vector<std::string>* ioFolders) {
+    const std::string folder = inFolder.lexically_normal().string();
+    if (std::find(ioFolders->begin(), ioFolders->end(), folder) == ioFolders->end())
+        ioFolders->push_back(folder);
+}
+
 std::vector<std::string> SearchedFolders() {
+    constexpr const char* kApplications = "share/vantor/Applications";
     std::vector<std::string> folders;
-    for (const std::string& each : DataFolders()) folders.push_back(each + "/vantor/Applications");
+    for (const std::string& each : DataFolders()) AddOnce(each + "/vantor/Applications", &folders);
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error).parent_path();
-    if (!error) {
-        folders.push_back(program.string());
-        folders.push_back((program.parent_path() / "share/vantor/Applications").string());
+    if (!program.empty()) {
+        AddOnce(program, &folders);
+        AddOnce(program.parent_path() / kApplications, &folders);
     }
+    const fs::path library = OwnFolder();
+    if (!library.empty()) AddOnce(library / VANTOR_PREFIX_FROM_LIBRARY / kApplications, &folders);
     return folders;
 }
 

@@ -2,7 +2,7 @@
 //
 // Known are the bundles in these folders, and those registered by LSRegisterURL or LSRegisterFSRef:
 //   $XDG_DATA_HOME/vantor/Applications, then the same below each folder of $XDG_DATA_DIRS
-//   the folder of the running program, and ../share/vantor/Applications seen from there
+//   the running program's folder; share/vantor/Applications beside it and beside the library's
 // Of several that fit, the newest version wins, then the one found first in that order. What has
 // been added, changed or removed since the last question is noticed.
 #ifndef CARBON_LSINFO_H

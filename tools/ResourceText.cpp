@@ -1,5 +1,5 @@
 // Owns the language in which resources are written down: words, values, lists.
-#include "resources/ResourceText.h"
+#include "ResourceText.h"
 
 #include <charconv>
 #include <map>

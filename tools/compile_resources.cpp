@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iostream>
 
-#include "resources/ResourceText.h"
+#include "ResourceText.h"
 
 namespace {
 
