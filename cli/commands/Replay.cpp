@@ -13,6 +13,7 @@
 #include "Interrupt.h"
 #include "Json.h"
 #include "Output.h"
+#include "vantor/appleevents/MoreAE.h"
 #include "vantor/appleevents/StAEDescriptor.h"
 #include "vantor/process/UProcess.h"
 
@@ -88,6 +89,13 @@ ProcessSerialNumber ApplicationOf(OSType inCreator) {
     }
     throw Failure("There is no application '" + Code(inCreator) + "' to send the events to.",
                   procNotFound);
+}
+
+bool IsOpening(const AEDesc& inEvent) {
+    AEEventClass eventClass = 0;
+    AEEventID id = 0;
+    return MoreAEExtractClassAndID(&inEvent, &eventClass, &id) == noErr &&
+           eventClass == AEEventClass(kCoreEventClass) && id == AEEventID(kAEOpenApplication);
 }
 
 class Replay {
@@ -171,6 +179,7 @@ void Replay::SendOne(const Request& inRequest) {
     StAEDescriptor event, reply;
     EventFromBytes(inRequest.sent.event, event);
     const ProcessSerialNumber psn = TargetOf(inRequest.sent);
+    if (IsOpening(event)) return;  // launching the target has sent one, or it was open
     const UInt32 address[2] = {EndianU32_NtoB(psn.highLongOfPSN), EndianU32_NtoB(psn.lowLongOfPSN)};
     ThrowIfFailed(
         AEPutAttributePtr(event, keyAddressAttr, typeProcessSerialNumber, address, sizeof address),

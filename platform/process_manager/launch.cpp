@@ -12,6 +12,7 @@
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/received.h"
 #include "apple_event_manager/transport.h"
+#include "apple_event_manager/watched_send.h"
 #include "file_manager/catalog.h"
 #include "posix/file_lock.h"
 #include "posix/proc_stat.h"
@@ -100,6 +101,17 @@ OSErr SpawnFor(Slot& ioSlot, const Program& inProgram, const AppleEvent* inEvent
     return noErr;
 }
 
+// The program finds its first event ready: no send, but one to those who watch.
+OSErr SpawnWatched(Slot& ioSlot, const Program& inProgram, const AppleEvent* inEvent) {
+    AppleEvent opening = {};
+    // Without memory for a copy the program is launched unseen.
+    if (MakeOpeningEvent(inEvent, &opening) != noErr) return SpawnFor(ioSlot, inProgram, inEvent);
+    WatchedSend watched(opening, {0, ioSlot.number}, kAENoReply);
+    const OSErr err = watched.Ended(SpawnFor(ioSlot, inProgram, inEvent), nullptr);
+    AEDisposeDesc(&opening);
+    return err;
+}
+
 OSErr Start(TableFile& ioTable, const Program& inProgram, const AppleEvent* inEvent,
             UInt32* outNumber) {
     Slot* const slot = ClaimSlot(ioTable);
@@ -108,7 +120,8 @@ OSErr Start(TableFile& ioTable, const Program& inProgram, const AppleEvent* inEv
     Describe(inProgram, &LongFactsOf(ioTable, *slot));
     Publish(ioTable, *slot, entry);
     *outNumber = entry.psn.lowLongOfPSN;
-    return SpawnFor(*slot, inProgram, inEvent);
+    return IsSomebodyWatching() ? SpawnWatched(*slot, inProgram, inEvent)
+                                : SpawnFor(*slot, inProgram, inEvent);
 }
 
 // A program that runs already gets the event the usual way.

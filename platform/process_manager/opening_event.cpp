@@ -46,17 +46,18 @@ bool TakeKept(const std::string& inPath, AppleEvent* outEvent) {
     return EventFromBytes(bytes, outEvent) == noErr;
 }
 
-OSErr MakeOpen(AppleEvent* outEvent) {
-    return AECreateAppleEvent(kCoreEventClass, kAEOpenApplication, nullptr, kAutoGenerateReturnID,
-                              kAnyTransactionID, outEvent);
-}
-
 }  // namespace
 
 OSErr EventFromParameters(const AppParameters& inParameters, AppleEvent* outEvent) {
     if (inParameters.messageLength > UInt32(kMaximumMessageSize)) return paramErr;
     const auto* body = reinterpret_cast<const UInt8*>(&inParameters + 1);
     return EventFromBytes({body, body + inParameters.messageLength}, outEvent);
+}
+
+OSErr MakeOpeningEvent(const AppleEvent* inKept, AppleEvent* outEvent) {
+    if (inKept != nullptr) return AEDuplicateDesc(inKept, outEvent);
+    return AECreateAppleEvent(kCoreEventClass, kAEOpenApplication, nullptr, kAutoGenerateReturnID,
+                              kAnyTransactionID, outEvent);
 }
 
 OSErr KeepOpeningEvent(UInt32 inNumber, const AppleEvent& inEvent) {
@@ -77,7 +78,7 @@ void DropOpeningEvent(UInt32 inNumber) {
 OSErr PostOpeningEvent(UInt32 inNumber, const ProcessSerialNumber& inLauncher) {
     AppleEvent event = {};
     const bool kept = TakeKept(EventPath(inNumber), &event);
-    OSErr err = kept ? OSErr(noErr) : MakeOpen(&event);
+    OSErr err = kept ? OSErr(noErr) : MakeOpeningEvent(nullptr, &event);
     if (err == noErr) err = MarkReceived(&event, {inLauncher, kAELocalProcess, false, 0, 0});
     if (err == noErr)
         return TheEventQueue().PostAppleEvent(event, {}) ? OSErr(noErr) : OSErr(memFullErr);

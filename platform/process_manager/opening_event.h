@@ -10,6 +10,9 @@ namespace carbon {
 // The event that launch parameters hold; the caller disposes it. paramErr when they hold none.
 OSErr EventFromParameters(const AppParameters& inParameters, AppleEvent* outEvent);
 
+// A copy of the event to be kept for a program, an 'oapp' when there is none.
+OSErr MakeOpeningEvent(const AppleEvent* inKept, AppleEvent* outEvent);
+
 // Keeps an event for the process of this number.
 OSErr KeepOpeningEvent(UInt32 inNumber, const AppleEvent& inEvent);
 

@@ -119,8 +119,7 @@ OSErr Count(DescType inClass, DescType, const AEDesc* inContainer, SInt32* outCo
 }
 
 OSErr Compare(DescType inOperator, const AEDesc* inLeft, const AEDesc* inRight, Boolean* outHolds) {
-    return CodeOfStep(
-        [&] { *outHolds = CompareOperands(*sState, *inLeft, inOperator, *inRight); });
+    return CodeOfStep([&] { *outHolds = CompareOperands(*sState, *inLeft, inOperator, *inRight); });
 }
 
 Objects ObjectsFrom(const AEDesc& inTokens) {

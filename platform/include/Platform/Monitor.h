@@ -2,8 +2,9 @@
 //
 // A monitor is told of every AESend of the user's programs, its caller's own included, and of what
 // came of it, by the program that sends. Those programs never wait for a monitor: what one does not
-// read in time is dropped and counted. The events with which the system itself opens a program and
-// reports the end of one are no sends and are not seen.
+// read in time is dropped and counted. The event with which a program is opened is seen as one that
+// its launcher sends without waiting. The event that reports the end of one is no send and not
+// seen.
 #ifndef PLATFORM_MONITOR_H
 #define PLATFORM_MONITOR_H
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "file_manager/catalog.h"
+#include "platform/apple_event_manager/Monitor.h"
 #include "platform/launch_services/Bundle.h"
 #include "platform/process_manager/Peer.h"
 #include "process_manager/process_table.h"
@@ -186,6 +187,26 @@ TEST_F(Launching, ProgramThatRegistersKeepsTheNumberOfItsLaunch) {
     ASSERT_TRUE(byPid);
     EXPECT_EQ(Low(byPid->psn), Low(launch.psn));
     EXPECT_EQ(byPid->signature, OSType('Prob'));
+}
+
+TEST_F(Launching, IsSeenByMonitorsAsOneOpeningEvent) {
+    const FSSpec spec = SleepingBundle();
+    TestMonitor monitor;
+    const Launch launch(spec);
+    ASSERT_EQ(launch.err, noErr);
+    const auto seen = monitor.Take(2);
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[0].kind, UInt32(kPlatformEventSent));
+    EXPECT_EQ(seen[0].id, AEEventID(kAEOpenApplication));
+    EXPECT_EQ(seen[0].sender, Low(mOwn));
+    EXPECT_EQ(seen[0].target, Low(launch.psn));
+    EXPECT_EQ(seen[0].targetName, "Probe");
+    EXPECT_EQ(seen[0].replyMode, kAENoReply);
+    EXPECT_EQ(seen[1].kind, UInt32(kPlatformEventEnded));
+    EXPECT_EQ(seen[1].exchange, seen[0].exchange);
+    EXPECT_EQ(seen[1].error, noErr);
+    EXPECT_EQ(Launch(spec).err, noErr);
+    EXPECT_EQ(monitor.TakeWaiting().size(), 0u) << "it was running";
 }
 
 TEST_F(Launching, FirstEventIsOpenApplicationAlsoWhenAnotherIsSentAtOnce) {

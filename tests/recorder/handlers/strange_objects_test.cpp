@@ -207,7 +207,6 @@ TEST_F(StrangeObjects, AreAnsweredOrRefusedAndTheRecorderLivesOn) {
     EXPECT_EQ(RecorderPid(), pid);
     EXPECT_GT(outcomes[noErr], kEvents / 20) << "hardly one of them was an object";
     EXPECT_GT(outcomes.size(), 8u) << "they all went wrong at the same place";
-    for (const auto& [code, count] : outcomes) std::printf("%d: %d\n", int(code), count);
     ASSERT_TRUE(Send('getd',
                      "'----':'obj '{want:type('prop'), form:'prop', seld:type('pnam'), "
                      "from:null()}"));
