@@ -109,7 +109,7 @@ TEST_F(LStringNumbers, CarryAFormatOverToTheSymbolsOfTheSystem) {
     EXPECT_EQ(TextOf(LStr255(1234.5L, format, parts)), "1,234.50");
 }
 
-TEST_F(LStringNumbers, GetOtherQuotesWhereTheThousandsSymbolIsAQuote) {
+TEST_F(LStringNumbers, KeepTheSecondAnswerWhereTheThousandsSymbolIsAQuote) {
     const NumberParts plain = SystemParts();
     gSystemParts = SwissParts();
     NumFormatString format;

@@ -106,7 +106,7 @@ TEST(LString, AssignsTheBytesOfAHandle) {
     DisposeHandle(handle);
 }
 
-TEST(LString, AssignsSubstringsWithoutMovingTheStart) {
+TEST(LString, KeepsTheLengthByteInASubstringFromZero) {
     const LStr255 source("abcdef");
     LStr255 string;
     EXPECT_EQ(TextOf(string.Assign(source, 2, 3)), "bcd");
