@@ -4,6 +4,10 @@
 // --json one JSON object per line. The runner (run.py) reads either.
 #pragma once
 
+#include <sys/types.h>
+#include <time.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -55,6 +59,11 @@ class Samples {
         return ns_.empty() ? 0.0 : at(0.50);
     }
 
+    double least_ns() {
+        std::sort(ns_.begin(), ns_.end());
+        return ns_.empty() ? 0.0 : at(0);
+    }
+
   private:
     double at(double q) const {
         size_t i = static_cast<size_t>(q * static_cast<double>(ns_.size() - 1) + 0.5);
@@ -82,19 +91,60 @@ void time_requests(const std::string& name, double seconds, F&& request) {
     samples.report(name, t - start);
 }
 
-// Runs body() at least min_reps times and until seconds have passed, and
-// returns the median wall time in nanoseconds.
+// The processor's time that another process of this user has taken so far.
+inline uint64_t processor_ns(pid_t process) {
+    clockid_t clock;
+    timespec used;
+    if (clock_getcpuclockid(process, &clock) != 0 || clock_gettime(clock, &used) != 0) {
+        std::fprintf(stderr, "no clock of process %d\n", static_cast<int>(process));
+        std::exit(1);
+    }
+    return static_cast<uint64_t>(used.tv_sec) * 1'000'000'000 + static_cast<uint64_t>(used.tv_nsec);
+}
+
+// The same as time_requests; beside it, as name.server, what of each request the process that
+// serves it takes of the processor.
 template <class F>
-double median_time(double seconds, int min_reps, F&& body) {
+void time_handling(const std::string& name, double seconds, pid_t server, F&& request) {
+    uint64_t count = 0, begin = 0;
+    const uint64_t warm_end = now_ns() + static_cast<uint64_t>(seconds * 1e8);
+    while (now_ns() < warm_end) request();
+    begin = processor_ns(server);
+    time_requests(name, seconds, [&] {
+        request();
+        ++count;
+    });
+    emit(name + ".server", static_cast<double>(processor_ns(server) - begin) / 1e3 / count, "us");
+}
+
+// Runs body() at least min_reps times and until seconds have passed; what
+// clock() advances meanwhile, in nanoseconds.
+template <class F, class Clock>
+Samples sample_by(Clock&& clock, double seconds, int min_reps, F&& body) {
     Samples samples(1024);
     const uint64_t limit = static_cast<uint64_t>(seconds * 1e9);
     const uint64_t start = now_ns();
     while (static_cast<int>(samples.size()) < min_reps || now_ns() - start < limit) {
-        const uint64_t t = now_ns();
+        const uint64_t t = clock();
         body();
-        samples.add(now_ns() - t);
+        samples.add(clock() - t);
     }
-    return samples.median_ns();
+    return samples;
+}
+
+// The median of the wall clock.
+template <class F>
+double median_time(double seconds, int min_reps, F&& body) {
+    return sample_by(now_ns, seconds, min_reps, body).median_ns();
+}
+
+// The least processor's time of this process and of the one that serves it together. On one core
+// that is the wall clock; what other programs do to requests that last longer than a turn of theirs
+// only adds to it.
+template <class F>
+double least_processor_time(double seconds, int min_reps, pid_t server, F&& body) {
+    const auto clock = [&] { return processor_ns(getpid()) + processor_ns(server); };
+    return sample_by(clock, seconds, min_reps, body).least_ns();
 }
 
 [[noreturn]] inline void die(const char* what) {
