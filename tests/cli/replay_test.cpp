@@ -2,14 +2,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <ctime>
 #include <fstream>
 #include <future>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "support/Command.h"
+#include "support/DiscBytes.h"
 #include "support/EventPeer.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
@@ -42,9 +45,23 @@ std::string Contents(const fs::path& inFile) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// All but the root folder, whose date is that of the burn.
-std::string WithoutRoot(const std::string& inListing) {
-    return inListing.substr(inListing.find('\n') + 1);
+// Reads files and folders, so that reading them for a disc changes no date any more, and lets the
+// second in which they were made go by.
+void LetAge(const fs::path& inFolder) {
+    const std::time_t made = std::time(nullptr);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // past a tick of their clock
+    for (const auto& item : fs::recursive_directory_iterator(inFolder)) {
+        if (!item.is_regular_file()) continue;
+        EXPECT_FALSE(Contents(item.path()).empty());
+    }
+    EXPECT_TRUE(Comes([&] { return std::time(nullptr) > made + 1; }));
+}
+
+// Where two texts differ first, for people.
+std::string FirstDifference(const std::string& inOne, const std::string& inOther) {
+    const auto at = std::mismatch(inOne.begin(), inOne.end(), inOther.begin(), inOther.end());
+    const auto byte = at.first - inOne.begin();
+    return "block " + std::to_string(byte / 2048) + ", byte " + std::to_string(byte % 2048);
 }
 
 class Replay : public testing::Test {
@@ -111,13 +128,13 @@ class Replay : public testing::Test {
     std::optional<EventPeer> mMonitor;
 };
 
-TEST_F(Replay, OfABurnWritesTheSameDiscWithAFreshRecorder) {
-    if (!HasTool("bsdtar")) GTEST_SKIP() << "needs bsdtar";
+TEST_F(Replay, OfABurnWritesTheSameBytesWithAFreshRecorder) {
     const fs::path source = gHome.Root() / "source", image = gHome.Root() / "out.iso",
                    first = gHome.Root() / "first.iso";
     fs::create_directories(source / "folder");
     std::ofstream(source / "a file") << std::string(300'000, 'a');
     std::ofstream(source / "folder/another") << "contents";
+    LetAge(source);
     ASSERT_EQ(Vantor({"mode", "simulation", "off"}).exitCode, 0);
     StartCapture({"--process", "Calverin"});
     const auto burn = Vantor({"burn", source, "--to", image});
@@ -130,14 +147,12 @@ TEST_F(Replay, OfABurnWritesTheSameDiscWithAFreshRecorder) {
     EXPECT_EQ(replay.exitCode, 0) << replay.errors;
     EXPECT_THAT(replay.output, HasSubstr(" events sent, "));
     ASSERT_TRUE(Comes([&] { return fs::exists(image); }));
-    const auto then = RunCommand({"bsdtar", "-tvf", first});
-    const auto now = RunCommand({"bsdtar", "-tvf", image});
-    EXPECT_THAT(then.output, HasSubstr("folder/another"));
-    EXPECT_EQ(WithoutRoot(now.output), WithoutRoot(then.output));
-    const auto contents = RunCommand({"bsdtar", "-xOf", first});
-    EXPECT_EQ(contents.output.size(), 300'008u) << contents.errors;
-    EXPECT_EQ(RunCommand({"bsdtar", "-xOf", image}).output, contents.output);
-    EXPECT_EQ(fs::file_size(image), fs::file_size(first));
+    size_t blanked = 0;
+    const std::string then = WithoutMaking(Contents(first), &blanked);
+    EXPECT_LT(blanked, 600u) << "of " << fs::file_size(first);
+    const std::string now = WithoutMaking(Contents(image), &blanked);
+    ASSERT_GT(then.size(), 300'000u);
+    EXPECT_TRUE(now == then) << FirstDifference(now, then);
 }
 
 TEST_F(Replay, TellsOnlyWhereAnswersDiffer) {
