@@ -105,13 +105,18 @@ bool BurnEngine::Busy() const {
     return mBusy;
 }
 
-void BurnEngine::BeginJob() {
-    const std::lock_guard lock(mMutex);
-    if (mBusy) throw BurnFailure(fBsyErr, "Another disc is being written.");
-    mBusy = true;
-    mStop = false;
-    mResult = {};
-    mProgress.Begin();
+// Busy only with a job that is in the queue.
+void BurnEngine::BeginJob(JobWork inWork) {
+    {
+        const std::lock_guard lock(mMutex);
+        if (mBusy) throw BurnFailure(fBsyErr, "Another disc is being written.");
+        mTasks.emplace_back([this, work = std::move(inWork)] { RunJob(work); });
+        mBusy = true;
+        mStop = false;
+        mResult = {};
+        mProgress.Begin();
+    }
+    mWake.notify_all();
 }
 
 bool BurnEngine::WaitUntilQuiet(int inMilliseconds) {
@@ -120,7 +125,7 @@ bool BurnEngine::WaitUntilQuiet(int inMilliseconds) {
                            [&] { return !mBusy && !IsMeasuring(); });
 }
 
-void BurnEngine::RunJob(const std::function<std::string()>& inWork) {
+void BurnEngine::RunJob(const JobWork& inWork) {
     Phase phase = Phase::Done;
     SInt32 code = noErr;
     std::string text;
@@ -162,18 +167,14 @@ std::string BurnEngine::Work(const BurnRequest& inRequest) {
 }
 
 void BurnEngine::Start(const BurnRequest& inRequest) {
-    BeginJob();
-    Post([this, inRequest] { RunJob([&] { return Work(inRequest); }); });
+    BeginJob([this, inRequest] { return Work(inRequest); });
 }
 
 void BurnEngine::RequestBlankDisc(const std::string& inDriveId, int inSeconds) {
-    BeginJob();
-    Post([=, this] {
-        RunJob([&]() -> std::string {
-            const JobContext context{mProgress, mStop};
-            WaitForBlankDisc(*mDrives.Open(inDriveId), context, inSeconds);
-            return "A blank disc is in the drive.";
-        });
+    BeginJob([=, this] {
+        const JobContext context{mProgress, mStop};
+        WaitForBlankDisc(*mDrives.Open(inDriveId), context, inSeconds);
+        return std::string("A blank disc is in the drive.");
     });
 }
 

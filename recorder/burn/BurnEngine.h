@@ -70,8 +70,10 @@ class BurnEngine {
     UInt64 BytesOf(const std::vector<std::string>& inPaths, unsigned inOrder) const;
     bool IsMeasuring() const { return mIsWalking || mToMeasure.has_value(); }
     void End();
-    void BeginJob();
-    void RunJob(const std::function<std::string()>& inWork);
+    using JobWork = std::function<std::string()>;  // gives the sentence it ends with
+
+    void BeginJob(JobWork inWork);
+    void RunJob(const JobWork& inWork);
     std::string Work(const BurnRequest& inRequest);
 
     DriveSource& mDrives;

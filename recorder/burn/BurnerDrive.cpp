@@ -45,9 +45,11 @@ HeldDrive::HeldDrive(const std::string& inAddress, bool inLoad) {
     std::string address = inAddress;
     if (burn::burn_drive_scan_and_grab(&mInfos, address.data(), inLoad ? 1 : 0) != 1) {
         const auto failure = CauseFromMessages();
-        throw BurnFailure(nsDrvErr, inAddress + ": the drive cannot be used" +
-                                        (failure ? std::string(" (") + failure->what() + ")."
-                                                 : std::string(".")));
+        const bool isBusy = failure && failure->Code() == fBsyErr;
+        throw BurnFailure(
+            isBusy ? SInt32(fBsyErr) : SInt32(nsDrvErr),
+            inAddress + ": the drive cannot be used" +
+                (failure ? std::string(" (") + failure->what() + ")." : std::string(".")));
     }
     mHeld = true;
 }

@@ -12,6 +12,7 @@
 
 #include "burn/BurnerDrive.h"
 #include "burn/ImageDrive.h"
+#include "burn/disc_names.h"
 
 namespace recorder {
 namespace {
@@ -75,9 +76,11 @@ std::vector<std::string> SystemDrives::Identifiers() {
 std::unique_ptr<Drive> SystemDrives::Open(const std::string& inIdentifier) {
     const auto known = Identifiers();
     const bool isKnown = std::find(known.begin(), known.end(), inIdentifier) != known.end();
-    if (inIdentifier.starts_with("/dev/") && fs::is_block_file(inIdentifier))
+    std::error_code none;
+    const bool isPath = inIdentifier.starts_with("/") && !HasZero(inIdentifier);
+    if (inIdentifier.starts_with("/dev/") && isPath && fs::is_block_file(inIdentifier, none))
         return std::make_unique<BurnerDrive>(inIdentifier);
-    if (inIdentifier.starts_with("/") && (isKnown || fs::is_directory(inIdentifier + "/tray")))
+    if (isPath && (isKnown || fs::is_directory(inIdentifier + "/tray", none)))
         return std::make_unique<ImageDrive>(inIdentifier);
     throw BurnFailure(nsDrvErr, "\"" + inIdentifier + "\" is not a drive.");
 }

@@ -82,12 +82,17 @@ void ImageRecording::WritePiece(const UInt8* inData, size_t inSize, UInt64 inOff
 // for stays small.
 void ImageRecording::PushToDisk(UInt64 inOffset) {
     if (inOffset % kPushWindow != 0) return;
-    sync_file_range(mFile.Fd(), off_t(inOffset - kPushWindow), off_t(kPushWindow),
-                    SYNC_FILE_RANGE_WRITE);
+    PushWindow(inOffset - kPushWindow, SYNC_FILE_RANGE_WRITE);
     if (inOffset > kPushWindow)
-        sync_file_range(
-            mFile.Fd(), off_t(inOffset - 2 * kPushWindow), off_t(kPushWindow),
-            SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+        PushWindow(inOffset - 2 * kPushWindow, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE |
+                                                   SYNC_FILE_RANGE_WAIT_AFTER);
+}
+
+// The kernel tells of a write that failed once only: whoever waits here must hear it, for the fsync
+// at the end does not. A system without the call leaves it all to that fsync.
+void ImageRecording::PushWindow(UInt64 inOffset, unsigned inHow) {
+    if (sync_file_range(mFile.Fd(), off_t(inOffset), off_t(kPushWindow), inHow) == 0) return;
+    if (errno != ENOSYS && errno != EINVAL) throw FailureFromErrno(errno, mFile.Goal());
 }
 
 void ImageRecording::Write(ImageStream& inStream, const JobContext& inContext) {

@@ -32,6 +32,7 @@ class ImageRecording : public Recording {
     void WriteTo(int inFd, const UInt8* inData, size_t inSize, UInt64 inOffset);
     void WritePiece(const UInt8* inData, size_t inSize, UInt64 inOffset);
     void PushToDisk(UInt64 inOffset);
+    void PushWindow(UInt64 inOffset, unsigned inHow);
     void ReadFrom(int inFd, UInt64 inOffset, UInt8* outData, size_t inSize);
 
     Places mPlaces;

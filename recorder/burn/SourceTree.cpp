@@ -158,6 +158,11 @@ void Walk::ReadFolder(size_t inIndex) {
     const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) return Unreadable(path, errno);
     const std::unique_ptr<DIR, CloseFolder> folder(fdopendir(fd));
+    if (!folder) {
+        const int error = errno;
+        close(fd);
+        return Unreadable(path, error);
+    }
     std::vector<std::string> names;
     errno = 0;
     while (const dirent* entry = readdir(folder.get())) {

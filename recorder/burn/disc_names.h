@@ -6,6 +6,11 @@
 
 namespace recorder {
 
+// Whether there is a zero byte, behind which the system would see nothing of a name or path.
+inline bool HasZero(const std::string& inText) {
+    return inText.find('\0') != std::string::npos;
+}
+
 // One line when readers that use Joliet names show this name differently; none when all show it as
 // it is.
 std::vector<std::string> NamesThatChange(const std::string& inName, const std::string& inPath);

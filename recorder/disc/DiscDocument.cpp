@@ -7,6 +7,7 @@
 
 #include "burn/BurnFailure.h"
 #include "burn/SourceTree.h"
+#include "burn/disc_names.h"
 
 namespace recorder {
 
@@ -14,7 +15,7 @@ namespace {
 
 void CheckIsThere(const std::string& inPath) {
     struct stat facts = {};
-    if (inPath.empty() || inPath[0] != '/')
+    if (inPath.empty() || inPath[0] != '/' || HasZero(inPath))
         throw BurnFailure(paramErr, "\"" + inPath + "\" is not an absolute path.");
     if (LeafName(inPath).empty())
         throw BurnFailure(paramErr, "The root folder has no name on a disc.");

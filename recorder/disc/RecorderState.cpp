@@ -36,50 +36,49 @@ void RecorderState::RefuseWhileComposed() {
     if (IsOther(mOwner)) throw BurnFailure(fBsyErr, "Another program is putting a disc together.");
 }
 
-// From its first change until it is written, a disc is its host's alone.
-void RecorderState::Compose() {
-    RefuseOthers();
-    mOwner = mHost;
-}
-
+// From its first change until it is written, a disc is its host's alone: mOwner is set by every
+// change, and by none that was refused.
 void RecorderState::MakeDisc(OSType inKind) {
-    Settle();
-    mEnds.erase(mHost);
     RefuseOthers();
     mDisc = MakeDocument(inKind);
     mOwner = mHost;
+    mEnds.erase(mHost);
     mEngine.Forget();
     mEngine.Measure({});
 }
 
 void RecorderState::AddItems(const std::vector<std::string>& inPaths) {
-    Compose();
+    RefuseOthers();
     mDisc.Add(inPaths);
+    mOwner = mHost;
     mEngine.Measure(mDisc.paths);
 }
 
 void RecorderState::SetVolumeName(const std::string& inName) {
-    Compose();
+    RefuseOthers();
     bool beyond = false;
-    if (inName.size() > kLongestVolumeName || Utf16Units(inName, &beyond) < 0)
+    if (inName.size() > kLongestVolumeName || Utf16Units(inName, &beyond) < 0 || HasZero(inName))
         throw BurnFailure(bdNamErr, "This is no name for a volume.");
     mDisc.volumeName = inName;
+    mOwner = mHost;
 }
 
 void RecorderState::SetOutputPath(const std::string& inPath) {
-    Compose();
-    if (!inPath.empty() && inPath[0] != '/')
+    RefuseOthers();
+    if (!inPath.empty() && (inPath[0] != '/' || HasZero(inPath)))
         throw BurnFailure(paramErr, "\"" + inPath + "\" is not an absolute path.");
     mDisc.outputPath = inPath;
+    mOwner = mHost;
 }
 
 void RecorderState::SetReplace(bool inReplace) {
-    Compose();
+    RefuseOthers();
     mDisc.replace = inReplace;
+    mOwner = mHost;
 }
 
 JobEnd RecorderState::Write(const WriteOptions& inOptions) {
-    Compose();
+    RefuseOthers();
     if (mDisc.paths.empty()) throw BurnFailure(paramErr, "Nothing has been added to the disc.");
     BurnRequest request;
     request.driveId = DriveForDisc();
@@ -90,6 +89,7 @@ JobEnd RecorderState::Write(const WriteOptions& inOptions) {
     request.goal = {mDisc.volumeName, mDisc.outputPath, mDisc.replace, mSimulating,
                     inOptions.eject};
     mEngine.Start(request);
+    mOwner = mHost;
     mEnds.erase(mHost);
     mWriting = true;
     if (inOptions.quitAfterwards) QuitWhenDone();

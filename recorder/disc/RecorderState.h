@@ -81,7 +81,6 @@ class RecorderState {
     void RefuseWhileBusy();
     void RefuseOthers();
     void RefuseWhileComposed();
-    void Compose();
     bool IsOther(HostId inHost) const;
     bool OthersNeedUs();
     std::string DriveForDisc();

@@ -32,6 +32,23 @@ TEST_F(ImageDrives, AreMadeWhenThereIsNone) {
     EXPECT_THROW(drives.Open("/nowhere"), BurnFailure);
 }
 
+// With the zero the system sees the folder around, and would take its files for discs.
+TEST_F(ImageDrives, AreNotFoundByWhatIsNoPath) {
+    SystemDrives drives;
+    fs::create_directories(mDrive / "tray");
+    const std::string folder = mDrive.string();
+    for (const std::string& identifier :
+         {folder + std::string(1, '\0'), std::string("/dev/\0", 6), '/' + std::string(5000, 'x'),
+          "/dev/" + std::string(5000, 'x'), std::string("image"), std::string()}) {
+        try {
+            drives.Open(identifier);
+            ADD_FAILURE() << identifier;
+        } catch (const BurnFailure& failure) {
+            EXPECT_EQ(failure.Code(), nsDrvErr) << identifier;
+        }
+    }
+}
+
 TEST_F(ImageDrives, AutomaticOnesMakeABlankWhenAskedAndTakeItBackWhenEjected) {
     ImageDrive drive(mDrive);
     EXPECT_TRUE(drive.HasBlankDisc());

@@ -115,6 +115,30 @@ TEST_F(Hosts, AddedNamesAreRememberedAllOrNone) {
     EXPECT_EQ(add({mSource / "other/file"}), noErr) << "another disc";
 }
 
+TEST_F(Hosts, ARefusedChangeLeavesTheDiscToWhoeverComesNext) {
+    const std::string zero("/a\0b", 4);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetOutputPath("relative.iso"); }), paramErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetOutputPath(zero); }), paramErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetVolumeName(zero); }), bdNamErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetVolumeName("\xFF"); }), bdNamErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.AddItems({mSource / "nothing"}); }), fnfErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.AddItems({zero}); }), paramErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.MakeDisc('Cake'); }), errAECantHandleClass);
+    EXPECT_EQ(Write(kFirst), paramErr) << "nothing was added";
+    EXPECT_EQ(Make(kSecond), noErr);
+}
+
+TEST_F(Hosts, ADiscThatCannotBeBegunLeavesTheLastJobKnown) {
+    mScript.beforeFinish = [] { throw BurnFailure(ioErr, "The laser is tired."); };
+    WriteADisc(kFirst);
+    ASSERT_EQ(Make(kSecond), noErr);
+    EXPECT_EQ(Make(kFirst), fBsyErr);
+    EXPECT_EQ(Seen(kFirst).errorCode, ioErr);
+    mAlive.erase(kSecond);
+    EXPECT_EQ(Make(kFirst), noErr);
+    EXPECT_EQ(Seen(kFirst).phase, Phase::Idle);
+}
+
 TEST_F(Hosts, ADiscIsFreeOnceItIsWrittenOrItsHostHasLeftOrDied) {
     WriteADisc(kFirst);
     EXPECT_EQ(Make(kSecond), noErr);
