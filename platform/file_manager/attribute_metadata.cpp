@@ -17,7 +17,8 @@ namespace carbon {
 
 namespace {
 
-constexpr const char* kFinderInfoAttribute = "user.com.apple.FinderInfo";
+constexpr const char kFinderInfoAttribute[] = "user.com.apple.FinderInfo";
+constexpr SInt64 kLengthOfOne = sizeof kFinderInfoAttribute;  // of a list with that name only
 constexpr const char* kResourceForkAttribute = "user.com.apple.ResourceFork";
 
 #ifdef SYS_listxattrat
@@ -67,17 +68,24 @@ bool Holds(std::string_view inNames, const char* inName) {
     return false;
 }
 
-void ReadFinderInfo(const NamedObject& inObject, bool inIsFolder, Metadata* ioMetadata) {
+// Whether there is any, of whatever length.
+bool ReadFinderInfo(const NamedObject& inObject, bool inIsFolder, Metadata* ioMetadata) {
     UInt8 bytes[kFinderInfoSize + 1];  // one that is longer is something else
     const auto length = inObject.Get(kFinderInfoAttribute, bytes, sizeof bytes);
-    if (length != SInt64(kFinderInfoSize)) return;
-    TakeFinderInfo({bytes, kFinderInfoSize}, inIsFolder, ioMetadata);
+    if (length == SInt64(kFinderInfoSize))
+        TakeFinderInfo({bytes, kFinderInfoSize}, inIsFolder, ioMetadata);
+    return length >= 0;
 }
 
-// False with the errno of the list, which ERANGE says is too long.
+// False with the errno of the list, which ERANGE says is too long. Its length alone costs less, and
+// says enough where it has room for nothing or for one name that is then found.
 bool TakeAttributes(const NamedObject& inObject, bool inIsFolder, Metadata* ioMetadata) {
     char names[1024];
-    const auto length = inObject.List(names, sizeof names);
+    auto length = inObject.List(nullptr, 0);
+    if (length < 0) return errno == EOPNOTSUPP;
+    if (length == 0) return true;
+    if (length == kLengthOfOne && ReadFinderInfo(inObject, inIsFolder, ioMetadata)) return true;
+    length = inObject.List(names, sizeof names);
     if (length < 0) return errno == EOPNOTSUPP;
     const std::string_view all(names, size_t(length));
     if (Holds(all, kFinderInfoAttribute)) ReadFinderInfo(inObject, inIsFolder, ioMetadata);

@@ -36,7 +36,7 @@ OSErr FindWalked(Objects& ioObjects, const Folder& inFolder, UInt32 inIndex, boo
                  Listed* outListed) {
     ListedEntry listed;
     Entry entry;
-    const FolderWalk& walk = ioObjects.Walk();
+    FolderWalk& walk = ioObjects.Walk();
     if (GetListing(ioObjects, inFolder, inIndex, inFilesOnly, &listed) != noErr) return fnfErr;
     if (listed.isFolder || listed.hasCompanion) return fnfErr;
     if (walk.StatusOf(listed.diskName, &entry.status) != noErr) return fnfErr;

@@ -5,6 +5,7 @@
 #include "file_manager/object_changes.h"
 #include "file_manager/parameter_block.h"
 #include "file_manager/pathname.h"
+#include "file_manager/walked_deletion.h"
 
 namespace carbon {
 
@@ -40,8 +41,11 @@ OSErr MakeFolder(FSVolumeRefNum inVolume, SInt32 inDirectory, ConstStr255Param i
 
 OSErr Delete(FSVolumeRefNum inVolume, SInt32 inDirectory, ConstStr255Param inName) {
     const Catalog catalog;
+    OSErr error = noErr;
+    const auto name = inName ? TextOfPascal(inName) : std::string_view();
+    if (DeleteWalked(*catalog, inVolume, inDirectory, name, &error)) return error;
     Located located;
-    const OSErr error = Locate(*catalog, inVolume, inDirectory, inName, &located);
+    error = Locate(*catalog, inVolume, inDirectory, inName, &located);
     return error == noErr ? DeleteObject(*catalog, located) : error;
 }
 

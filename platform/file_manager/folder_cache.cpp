@@ -41,12 +41,19 @@ struct FolderCache::Listing {
     ObjectStatus status;  // when it was read
     int watch = -1;
     UInt32 notices = 0;  // taken in at one time
+    UInt64 turn = 0;     // which was that
     bool isStale = true;
     Clock::time_point readAt;
     Clock::duration cost{};
     UInt64 lastUse = 0;
     size_t footprint = 0;
 
+    // Whether it is still cheaper to take in a notice than to read anew.
+    bool TakesOneMore(UInt64 inTurn) {
+        if (turn != inTurn) notices = 0;
+        turn = inTurn;
+        return ++notices <= kMostNotices;
+    }
     bool IsTrueTo(const ObjectStatus& inNow) const {
         return AreSame(status.modified, inNow.modified) && AreSame(status.changed, inNow.changed) &&
                Clock::now() - readAt < cost * kTrustFactor;
@@ -94,7 +101,7 @@ void FolderCache::TakeNotice(int inWatch, UInt32 inWhat, const char* inName) {
         if (inWhat & (IN_IGNORED | IN_DELETE_SELF | IN_UNMOUNT)) {
             listing.watch = -1;
             listing.isStale = true;
-        } else if (++listing.notices > kMostNotices) {
+        } else if (!listing.TakesOneMore(mTurn)) {
             listing.isStale = true;
         } else if (inWhat & (IN_CREATE | IN_MOVED_TO)) {
             listing.folder.Add(inName, inWhat & IN_ISDIR);
@@ -109,12 +116,9 @@ void FolderCache::TakeNotice(int inWatch, UInt32 inWhat, const char* inName) {
 
 void FolderCache::TakeNotices() {
     alignas(inotify_event) std::array<char, kBuffer> buffer;
-    for (bool isFirst = true;; isFirst = false) {
+    for (++mTurn;;) {
         const auto length = read(mNotices.Get(), buffer.data(), buffer.size());
         if (length <= 0) return;
-        if (isFirst) {
-            for (auto& [path, listing] : mByPath) listing->notices = 0;
-        }
         for (ssize_t at = 0; at < length;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
             if (event->mask & IN_Q_OVERFLOW) {
@@ -188,6 +192,12 @@ OSErr FolderCache::Find(const Folder& inFolder, SortedFolder** outFolder) {
     *outFolder = &listing->folder;
     if (!isTrue) MakeRoom();
     return noErr;
+}
+
+bool FolderCache::MayHaveCompanions(const Folder& inFolder) {
+    SortedFolder* folder = nullptr;
+    if (IsFar(inFolder) || Find(inFolder, &folder) != noErr) return true;
+    return mByPath.at(inFolder.path)->watch < 0 || folder->HasCompanions();
 }
 
 OSErr FolderCache::GetEntry(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry) {

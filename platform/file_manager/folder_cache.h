@@ -23,6 +23,8 @@ class FolderCache {
     OSErr GetFile(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry);
     OSErr Count(const Folder& inFolder, UInt32* outCount);
     OSErr CountFiles(const Folder& inFolder, UInt32* outCount);
+    // Whether companions may be in it: false only where notices would have told of one.
+    bool MayHaveCompanions(const Folder& inFolder);
     // What is known of it was wrong.
     void Forget(const Folder& inFolder);
 
@@ -46,6 +48,7 @@ class FolderCache {
     std::unordered_map<std::string, std::unique_ptr<Listing>> mByPath;
     std::unordered_multimap<int, Listing*> mByWatch;
     UInt64 mClock = 0;  // counts uses, to tell the oldest
+    UInt64 mTurn = 0;   // counts the times that notices were taken in
     size_t mFootprint = 0;
 };
 

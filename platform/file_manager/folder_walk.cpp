@@ -16,6 +16,7 @@ void FolderWalk::Start(const Folder& inFolder, UInt64 inEdition) {
         mEdition = inEdition;  // it was looked at on the way
         return;
     }
+    mLastName.clear();
     mFile.Reset(open(inFolder.path.c_str(), flags));
     ObjectStatus status;
     const bool isIt = mFile && StatusAt(mFile.Get(), "", &status) == noErr &&
@@ -25,8 +26,12 @@ void FolderWalk::Start(const Folder& inFolder, UInt64 inEdition) {
     mEdition = inEdition;
 }
 
-OSErr FolderWalk::StatusOf(const std::string& inDiskName, ObjectStatus* outStatus) const {
-    return StatusAt(mFile.Get(), inDiskName, outStatus);
+OSErr FolderWalk::StatusOf(const std::string& inDiskName, ObjectStatus* outStatus) {
+    mLastName.clear();
+    if (const OSErr error = StatusAt(mFile.Get(), inDiskName, outStatus)) return error;
+    mLastName = inDiskName;
+    mLastStatus = *outStatus;
+    return noErr;
 }
 
 }  // namespace carbon

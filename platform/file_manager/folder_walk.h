@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "file_manager/attribute_metadata.h"
 #include "file_manager/folders.h"
@@ -18,8 +19,15 @@ class FolderWalk {
     void Start(const Folder& inFolder, UInt64 inEdition);
     void End() { mFile.Reset(); }
 
+    // Open, for calls that take a folder and a name.
+    int File() const { return mFile.Get(); }
+
     // fnfErr when it is gone.
-    OSErr StatusOf(const std::string& inDiskName, ObjectStatus* outStatus) const;
+    OSErr StatusOf(const std::string& inDiskName, ObjectStatus* outStatus);
+    // What the entry that was looked at last was then; null for any other one.
+    const ObjectStatus* LastStatusOf(std::string_view inDiskName) const {
+        return mFile && inDiskName == mLastName ? &mLastStatus : nullptr;
+    }
     // What is kept in a file's extended attributes; false when that could not be told.
     bool ReadAttributes(const std::string& inDiskName, Metadata* outMetadata) const {
         return ReadAttributesAt(mFile.Get(), inDiskName, outMetadata);
@@ -29,6 +37,8 @@ class FolderWalk {
     Folder mFolder;
     UniqueFd mFile;
     UInt64 mEdition = 0;
+    std::string mLastName;
+    ObjectStatus mLastStatus;
 };
 
 }  // namespace carbon

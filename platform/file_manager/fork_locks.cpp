@@ -6,7 +6,6 @@
 
 #include <cerrno>
 
-#include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 
 namespace carbon {
@@ -29,11 +28,6 @@ struct flock LockAt(Fork inFork, int inUse, int inCount, short inType) {
 bool IsHeld(int inFile, Fork inFork, int inUse, int inCount) {
     auto lock = LockAt(inFork, inUse, inCount, F_WRLCK);
     return fcntl(inFile, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-}
-
-UniqueFd OpenToAsk(const std::string& inPath) {
-    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
-    return UniqueFd(open(inPath.c_str(), flags));
 }
 
 }  // namespace
@@ -64,13 +58,22 @@ ForkUses ForkUsesOfOthers(int inFile, Fork inFork) {
 }
 
 ForkUses UsesOfFork(const std::string& inPath, Fork inFork) {
-    const UniqueFd file = OpenToAsk(inPath);
+    const UniqueFd file = OpenToAsk(AT_FDCWD, inPath);
     return file ? ForkUsesOfOthers(file.Get(), inFork) : ForkUses(0);
 }
 
 bool IsAnyForkInUse(const std::string& inPath) {
-    const UniqueFd file = OpenToAsk(inPath);
-    return file && IsHeld(file.Get(), Fork::kData, 0, int(kBytesOfAFork) + kUses);
+    const UniqueFd file = OpenToAsk(AT_FDCWD, inPath);
+    return file && IsAnyForkInUse(file.Get());
+}
+
+bool IsAnyForkInUse(int inFile) {
+    return IsHeld(inFile, Fork::kData, 0, int(kBytesOfAFork) + kUses);
+}
+
+UniqueFd OpenToAsk(int inFolder, const std::string& inName) {
+    const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    return UniqueFd(openat(inFolder, inName.c_str(), flags));
 }
 
 }  // namespace carbon

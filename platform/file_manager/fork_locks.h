@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "posix/UniqueFd.h"
+
 namespace carbon {
 
 enum class Fork : UInt8 { kData, kResource };
@@ -35,7 +37,11 @@ ForkUses ForkUsesOfOthers(int inFile, Fork inFork);
 // The same for the file at a path; none for what cannot be opened, and so has no forks open.
 ForkUses UsesOfFork(const std::string& inPath, Fork inFork);
 
-// Whether anybody has a fork of that file open, asked with one opening.
+// Whether anybody has a fork of that file open, asked with one opening; `inFile` may be any.
 bool IsAnyForkInUse(const std::string& inPath);
+bool IsAnyForkInUse(int inFile);
+
+// Opens a file in an open folder for asking; null when it may not be read.
+UniqueFd OpenToAsk(int inFolder, const std::string& inName);
 
 }  // namespace carbon

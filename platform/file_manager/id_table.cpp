@@ -41,7 +41,8 @@ std::optional<IdRecord> RecordOf(Statement& inStatement) {
 bool Insert(Database& inDatabase, const IdRecord& inRecord) {
     Statement statement(inDatabase,
                         "INSERT INTO objects(id, parent, name, folder, device, inode, birth)"
-                        " VALUES(?,?,?,?,?,?,?)");
+                        " VALUES(?,?,?,?,?,?,?)",
+                        Prepared::kKept);
     statement.Bind(inRecord.id).Bind(inRecord.parent).Bind(inRecord.name);
     statement.Bind(inRecord.isFolder).Bind(SInt64(inRecord.identity.device));
     statement.Bind(SInt64(inRecord.identity.inode)).Bind(inRecord.identity.birth);
@@ -81,14 +82,14 @@ std::optional<IdRecord> RowOfEntry(Database& inDatabase, SInt32 inParent,
 
 // The next number to give, 0 when that cannot be told.
 SInt32 NextId(Database& inDatabase, const std::string& inPath) {
-    Statement next(inDatabase, "SELECT next FROM counter");
+    Statement next(inDatabase, "SELECT next FROM counter", Prepared::kKept);
     if (!next.NextRow()) return 0;
     const SInt32 base = kFirstId + Database::TimesSetAside(inPath) * kIdsPerTable;
     return std::max(SInt32(next.Integer(0)), base);
 }
 
 bool SetNextId(Database& inDatabase, SInt32 inNext) {
-    return Statement(inDatabase, "UPDATE counter SET next=?").Bind(inNext).Run();
+    return Statement(inDatabase, "UPDATE counter SET next=?", Prepared::kKept).Bind(inNext).Run();
 }
 
 }  // namespace

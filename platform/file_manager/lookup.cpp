@@ -20,13 +20,6 @@ bool IsSame(const Volume& inVolume, const ObjectStatus& inStatus, const IdRecord
     return Folders::KeptIdentity(inVolume, inStatus.identity).IsSameAs(inRecord.identity);
 }
 
-// Most names are: short, in ASCII, without what means something else in either spelling.
-bool IsItsOwnSpecName(const std::string& inDiskName) {
-    return inDiskName.size() <= kLongestSpecName &&
-           std::all_of(inDiskName.begin(), inDiskName.end(),
-                       [](char c) { return UInt8(c) < 0x80 && c != ':' && c != '#'; });
-}
-
 bool HasPlainName(const std::string& inDiskName) {
     const auto plain = SpecNameOf(inDiskName);
     return plain && DiskNameOf(*plain) == inDiskName;
@@ -144,6 +137,13 @@ OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, En
     if (found == names.end()) return fnfErr;
     outEntry->diskName = *found;
     return StatusIn(inFolder, outEntry);
+}
+
+// Most names are: short, in ASCII, without what means something else in either spelling.
+bool IsItsOwnSpecName(const std::string& inDiskName) {
+    return inDiskName.size() <= kLongestSpecName &&
+           std::all_of(inDiskName.begin(), inDiskName.end(),
+                       [](char c) { return UInt8(c) < 0x80 && c != ':' && c != '#'; });
 }
 
 std::string SpecNameOfEntry(Folders& ioFolders, const Folder& inFolder, const Entry& inEntry) {

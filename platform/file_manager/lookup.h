@@ -30,6 +30,9 @@ OSErr FollowRecordIn(Folders& ioFolders, const Volume& inVolume, const Folder& i
 // differs in the form of its accents or in case counts.
 OSErr FindUnicodeEntry(const Folder& inFolder, const std::string& inDiskName, Entry* outEntry);
 
+// Whether a name on disk is the same in a file spec, and cannot mean anything else there.
+bool IsItsOwnSpecName(const std::string& inDiskName);
+
 // The name that leads FindEntry to this entry and to no other one.
 std::string SpecNameOfEntry(Folders& ioFolders, const Folder& inFolder, const Entry& inEntry);
 

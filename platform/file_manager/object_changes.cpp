@@ -66,14 +66,6 @@ OSErr RemoveFolder(const std::string& inPath) {
     return Result(rmdir(inPath.c_str()));
 }
 
-void ForgetNumber(Objects& ioObjects, const Located& inLocated) {
-    IdTable& table = ioObjects.AllFolders().TableOf(inLocated.volume);
-    if (!table.HasFiles() || inLocated.object.status.IsFolder()) return;
-    const Object& object = inLocated.object;
-    const auto known = table.FindEntry(object.spec.parID, object.diskName);
-    if (known) table.Remove(known->id);
-}
-
 // The object's record, if it has one.
 std::optional<IdRecord> RecordOf(Objects& ioObjects, const Located& inLocated) {
     const Object& object = inLocated.object;
@@ -150,8 +142,17 @@ OSErr DeleteObject(Objects& ioObjects, const Located& inLocated) {
     const OSErr error =
         object.status.IsFolder() ? RemoveFolder(object.path) : Result(unlink(object.path.c_str()));
     if (error != noErr) return error;
-    ForgetNumber(ioObjects, inLocated);
+    if (!object.status.IsFolder())
+        ForgetFile(ioObjects, inLocated.volume, object.spec.parID, object.diskName);
     return hasCompanion ? RemoveMetadata(object) : OSErr(noErr);
+}
+
+void ForgetFile(Objects& ioObjects, const Volume& inVolume, SInt32 inParent,
+                const std::string& inDiskName) {
+    IdTable& table = ioObjects.AllFolders().TableOf(inVolume);
+    if (!table.HasFiles()) return;
+    const auto known = table.FindEntry(inParent, inDiskName);
+    if (known) table.Remove(known->id);
 }
 
 OSErr MoveObject(Objects& ioObjects, const Located& inLocated, const Folder& inDestination,

@@ -12,6 +12,10 @@ OSErr CreateFolder(Objects& ioObjects, const Located& inPlace, SInt32* outId);
 // fBsyErr for a file in use, a folder that is not empty, a root.
 OSErr DeleteObject(Objects& ioObjects, const Located& inLocated);
 
+// Its number, if the table keeps one of a file that is gone.
+void ForgetFile(Objects& ioObjects, const Volume& inVolume, SInt32 inParent,
+                const std::string& inDiskName);
+
 // Into a folder (the one it lies in, for a renaming) under a name as in a file spec. dupFNErr,
 // badMovErr, diffVolErr.
 OSErr MoveObject(Objects& ioObjects, const Located& inLocated, const Folder& inDestination,

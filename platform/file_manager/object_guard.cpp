@@ -5,36 +5,28 @@
 #include <fcntl.h>
 
 #include <cerrno>
-#include <chrono>
 #include <thread>
 
 #include "posix/os_err.h"
-#include "posix/runtime_folder.h"
 
 namespace carbon {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 constexpr auto kPatience = std::chrono::seconds(5);
 constexpr auto kPause = std::chrono::microseconds(500);
 
 // Two objects that share a byte wait for each other, and that is all.
-off_t ByteOf(const struct stat& inFacts) {
+off_t ByteOf(dev_t inDevice, ino_t inInode) {
     constexpr UInt64 kFactor = 0x9E3779B97F4A7C15;
-    return off_t((inFacts.st_ino ^ inFacts.st_dev * kFactor) >> 2);
+    return off_t((inInode ^ inDevice * kFactor) >> 2);
 }
 
-OSErr OpenLocks(UniqueFd* outFile) {
-    std::string folder;
-    if (const OSErr error = RuntimeFolder(&folder)) return error;
-    const auto path = folder + "/guards";
-    *outFile = UniqueFd(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-    return *outFile ? OSErr(noErr) : OSErrFromErrno(errno);
+off_t ByteOf(const struct stat& inFacts) {
+    return ByteOf(inFacts.st_dev, inFacts.st_ino);
 }
 
-OSErr LockUntil(int inFile, off_t inByte, Clock::time_point inDeadline) {
+OSErr LockUntil(int inFile, off_t inByte, std::chrono::steady_clock::time_point inDeadline) {
     struct flock lock = {};
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
@@ -42,7 +34,7 @@ OSErr LockUntil(int inFile, off_t inByte, Clock::time_point inDeadline) {
     lock.l_len = 1;
     while (fcntl(inFile, F_OFD_SETLK, &lock) != 0) {
         if (errno != EAGAIN && errno != EACCES && errno != EINTR) return OSErrFromErrno(errno);
-        if (Clock::now() > inDeadline) return fBsyErr;
+        if (std::chrono::steady_clock::now() > inDeadline) return fBsyErr;
         std::this_thread::sleep_for(kPause);
     }
     return noErr;
@@ -56,9 +48,22 @@ bool IsSameObject(const struct stat& inOne, const struct stat& inOther) {
 
 // Closing would not be enough: a child that was forked meanwhile keeps the lock until its exec.
 ObjectGuard::~ObjectGuard() {
+    LetGo();
+}
+
+void ObjectGuard::LetGo() {
     struct flock all = {};
     all.l_type = F_UNLCK;
-    if (mLock) fcntl(mLock.Get(), F_OFD_SETLK, &all);
+    if (mFile) fcntl(mFile.Get(), F_OFD_SETLK, &all);
+}
+
+OSErr ObjectGuard::Lock(off_t inByte, Clock::time_point inDeadline) {
+    if (mFile) {
+        LetGo();
+    } else if (const OSErr error = mFile.Open()) {
+        return error;
+    }
+    return LockUntil(mFile.Get(), inByte, inDeadline);
 }
 
 // What the path names may change until the lock is there, and then the lock is on the wrong object.
@@ -67,12 +72,15 @@ OSErr ObjectGuard::Take(const std::string& inPath) {
     while (Clock::now() < deadline) {
         struct stat before;
         if (lstat(inPath.c_str(), &before) != 0) return OSErrFromErrno(errno);
-        if (const OSErr error = OpenLocks(&mLock)) return error;
-        if (const OSErr error = LockUntil(mLock.Get(), ByteOf(before), deadline)) return error;
+        if (const OSErr error = Lock(ByteOf(before), deadline)) return error;
         if (lstat(inPath.c_str(), &mFacts) != 0) return OSErrFromErrno(errno);
         if (IsSameObject(mFacts, before)) return noErr;
     }
     return fBsyErr;
+}
+
+OSErr ObjectGuard::TakeSeen(dev_t inDevice, ino_t inInode) {
+    return Lock(ByteOf(inDevice, inInode), Clock::now() + kPatience);
 }
 
 OSErr ObjectGuards::Take(const std::string& inOne, const std::string& inOther) {

@@ -4,9 +4,10 @@
 #include <Carbon/MacTypes.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <string>
 
-#include "posix/UniqueFd.h"
+#include "file_manager/guard_file.h"
 
 namespace carbon {
 
@@ -23,11 +24,19 @@ class ObjectGuard {
     // Waits for another holder, up to seconds: fBsyErr. fnfErr, dirNFErr, afpAccessDenied; permErr
     // where the runtime folder is not the user's own.
     OSErr Take(const std::string& inPath);
+    // The same for an object seen a moment ago; it may be gone or have another name by now, which
+    // is for the holder to see. There are no facts of it then. fBsyErr, permErr.
+    OSErr TakeSeen(dev_t inDevice, ino_t inInode);
 
     const struct stat& Facts() const { return mFacts; }  // of the object
 
   private:
-    UniqueFd mLock;
+    using Clock = std::chrono::steady_clock;
+
+    OSErr Lock(off_t inByte, Clock::time_point inDeadline);
+    void LetGo();
+
+    GuardFile mFile;
     struct stat mFacts {};
 };
 

@@ -86,7 +86,8 @@ OSErr SortedFolder::Read(const std::string& inPath) {
         mEntries.push_back(MakeEntry(inName, IsFolderAt(inPath, inName, inType)));
         if (!mEntries.back().isFolder) ++mFileCount;
     });
-    if (error != noErr || owners.empty()) return error;
+    mHasCompanions = !owners.empty();
+    if (error != noErr || !mHasCompanions) return error;
     for (auto& entry : mEntries) entry.hasCompanion = owners.count(std::string(NameOf(entry)));
     return noErr;
 }
@@ -117,6 +118,7 @@ void SortedFolder::MarkCompanion(std::string_view inOwner, bool inHasOne) {
 
 void SortedFolder::Add(std::string_view inDiskName, bool inIsFolder) {
     if (IsCompanionName(inDiskName)) {
+        mHasCompanions = true;
         MarkCompanion(inDiskName.substr(kCompanionPrefix), true);
         return;
     }

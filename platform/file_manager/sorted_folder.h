@@ -31,6 +31,8 @@ class SortedFolder {
 
     UInt32 Count() const { return UInt32(mEntries.size()); }
     UInt32 CountFiles() const { return mFileCount; }
+    // Whether there has been any since it was read, be it of these entries or of others.
+    bool HasCompanions() const { return mHasCompanions; }
     // From 0. False past the end.
     bool Get(UInt32 inIndex, ListedEntry* outEntry);
     bool GetFile(UInt32 inIndex, ListedEntry* outEntry);
@@ -62,6 +64,7 @@ class SortedFolder {
     std::vector<UInt32> mFiles;  // positions of those that are no folders, when asked for
     UInt32 mFileCount = 0;
     bool mIsSorted = false;
+    bool mHasCompanions = false;
 };
 
 }  // namespace carbon
