@@ -58,7 +58,6 @@ class BurnEngine {
     // nsDrvErr without such a drive.
     DriveInfo Probe(const std::string& inDriveId);
     void Eject(const std::string& inDriveId);
-    std::vector<std::string> DriveIdentifiers() { return mDrives.Identifiers(); }
 
   private:
     using Task = std::function<void()>;

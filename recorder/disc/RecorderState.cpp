@@ -17,6 +17,23 @@ constexpr size_t kLongestVolumeName = 255;
 RecorderState::RecorderState(DriveSource& inDrives, std::function<bool(HostId)> inIsAlive)
     : mDrives(inDrives), mIsAlive(std::move(inIsAlive)), mEngine(inDrives) {}
 
+void RecorderState::ServeHost(HostId inHost) {
+    mHost = inHost;
+    mFoundDrives.clear();
+    mFoundFacts.clear();
+}
+
+const std::vector<std::string>& RecorderState::Drives() {
+    if (mFoundDrives.empty()) mFoundDrives = mDrives.Identifiers();
+    return mFoundDrives;
+}
+
+const DriveInfo& RecorderState::Drive(const std::string& inIdentifier) {
+    const auto found = mFoundFacts.find(inIdentifier);
+    if (found != mFoundFacts.end()) return found->second;
+    return mFoundFacts[inIdentifier] = mEngine.Probe(inIdentifier);
+}
+
 void RecorderState::RefuseWhileBusy() {
     Settle();
     if (mEngine.Busy()) throw BurnFailure(fBsyErr, "A disc is being written.");
@@ -171,9 +188,9 @@ void RecorderState::ChooseDrive(const std::string& inIdentifier) {
     mDriveId = inIdentifier;
 }
 
-DriveInfo RecorderState::DriveNamed(const std::string& inName) {
-    for (const auto& identifier : mDrives.Identifiers()) {
-        const DriveInfo info = mEngine.Probe(identifier);
+const DriveInfo& RecorderState::DriveNamed(const std::string& inName) {
+    for (const auto& identifier : Drives()) {
+        const DriveInfo& info = Drive(identifier);
         if (identifier == inName || info.name == inName) return info;
     }
     throw BurnFailure(nsDrvErr, "\"" + inName + "\" is not a drive.");

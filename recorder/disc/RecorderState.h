@@ -36,8 +36,13 @@ class RecorderState {
     BurnEngine& Engine() { return mEngine; }
     DiscDocument& Disc() { return mDisc; }
 
-    // Everything below is done for this host.
-    void ServeHost(HostId inHost) { mHost = inHost; }
+    // Everything below is done for this host, until the next is served.
+    void ServeHost(HostId inHost);
+
+    // The drives, and what each says of itself, as found by the first question since a host is
+    // served: an event may ask ten thousand times, and deserves one answer.
+    const std::vector<std::string>& Drives();
+    const DriveInfo& Drive(const std::string& inIdentifier);
 
     void MakeDisc(OSType inKind);
     void AddItems(const std::vector<std::string>& inPaths);
@@ -58,7 +63,7 @@ class RecorderState {
     const std::string& ChosenDrive();
     void ChooseDrive(const std::string& inIdentifier);
     // By identifier or name; nsDrvErr when there is none.
-    DriveInfo DriveNamed(const std::string& inName);
+    const DriveInfo& DriveNamed(const std::string& inName);
 
     bool ServerMode() const { return mServerMode; }
     void SetServerMode(bool inOn) { mServerMode = inOn; }
@@ -91,6 +96,8 @@ class RecorderState {
     BurnEngine mEngine;
     DiscDocument mDisc;
     std::string mDriveId;
+    std::vector<std::string> mFoundDrives;  // empty: to be looked for
+    std::map<std::string, DriveInfo> mFoundFacts;
     HostId mHost = 0, mOwner = 0, mQuitter = 0;  // served now; of the disc; who wants us to leave
     std::shared_ptr<std::optional<BurnEngine::Snapshot>> mEnd;  // of the running job
     bool mWriting = false;                                      // and not, say, waiting for a disc

@@ -19,9 +19,9 @@ constexpr SInt32 kAllElements = -1;  // as a position
 RecorderState* sState = nullptr;
 
 // What distinguishes the elements of a class: nothing for the one disc, the identifiers of drives.
-std::vector<std::string> ElementsOf(DescType inClass) {
-    if (inClass == kDiscClass) return {std::string()};
-    return sState->Engine().DriveIdentifiers();
+const std::vector<std::string>& ElementsOf(DescType inClass) {
+    static const std::vector<std::string> sTheDisc = {std::string()};
+    return inClass == kDiscClass ? sTheDisc : sState->Drives();
 }
 
 void PutElements(DescType inClass, const std::vector<std::string>& inElements,
@@ -35,7 +35,7 @@ void PutElements(DescType inClass, const std::vector<std::string>& inElements,
 }
 
 void FindByPosition(DescType inClass, const AEDesc& inData, StAEDescriptor& outToken) {
-    const auto elements = ElementsOf(inClass);
+    const auto& elements = ElementsOf(inClass);
     const auto count = SInt32(elements.size());
     const SInt32 position = UAppleEventsMgr::GetAbsolutePositionIndex(inData, count);
     if (position == kAllElements) return PutElements(inClass, elements, outToken);
@@ -61,7 +61,7 @@ size_t PlaceOf(DescType inClass, const std::vector<std::string>& inElements, con
 }
 
 void FindByRange(DescType inClass, const AEDesc& inRange, StAEDescriptor& outTokens) {
-    const auto elements = ElementsOf(inClass);
+    const auto& elements = ElementsOf(inClass);
     const size_t start = PlaceOf(inClass, elements, inRange, keyAERangeStart);
     const size_t stop = PlaceOf(inClass, elements, inRange, keyAERangeStop);
     if (start > stop) LException::Throw(errAEImpossibleRange);
@@ -163,7 +163,7 @@ Objects ResolveObjects(const AEDesc& inSpecifier) {
 SInt32 CountElements(RecorderState& inState, DescType inClass, const Object& inContainer) {
     if (inContainer.objectClass != DescType(cApplication) || inContainer.property != 0) return 0;
     if (inClass == kDiscClass) return 1;
-    return inClass == kDriveClass ? SInt32(inState.Engine().DriveIdentifiers().size()) : 0;
+    return inClass == kDriveClass ? SInt32(inState.Drives().size()) : 0;
 }
 
 }  // namespace recorder

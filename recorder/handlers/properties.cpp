@@ -48,8 +48,8 @@ void MakeStatusText(const std::string& inUtf8, Out outText) {
     std::swap(outText.mDesc, utf8.mDesc);
 }
 
-DriveInfo Drive(RecorderState& inState, const Object& inObject) {
-    return inState.Engine().Probe(inObject.driveId);
+const DriveInfo& Drive(RecorderState& inState, const Object& inObject) {
+    return inState.Drive(inObject.driveId);
 }
 
 const auto kProperties = std::to_array<Property>({

@@ -192,6 +192,19 @@ TEST_F(Hosts, AStopLeavesAtOnce) {
     EXPECT_TRUE(mState.Turn());
 }
 
+TEST_F(Hosts, DrivesStayAsTheyAreWhileOneEventIsDealtWith) {
+    mState.ServeHost(kFirst);
+    EXPECT_EQ(mState.Drives().size(), 1u);
+    EXPECT_NE(mState.Drive("fake").mediaInfo, 0);
+    mDrives.identifiers = {"fake", "another"};
+    mScript.hasBlank = false;
+    EXPECT_EQ(mState.Drives().size(), 1u);
+    EXPECT_NE(mState.Drive("fake").mediaInfo, 0);
+    mState.ServeHost(kFirst);
+    EXPECT_EQ(mState.Drives().size(), 2u);
+    EXPECT_EQ(mState.Drive("fake").mediaInfo, 0);
+}
+
 TEST_F(Hosts, AnOutputFileIsMadeByAnImageDriveWhateverIsChosen) {
     mDrives.identifiers = {"/dev/sr0", "/drives/image"};
     WriteADisc(kFirst);
