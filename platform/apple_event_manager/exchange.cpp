@@ -177,14 +177,18 @@ Connection* Exchange::Add(UniqueFd inSocket, const ProcessSerialNumber& inPeer,
     return connection;
 }
 
+// To be called when one is known to knock: room is made for it alone, and asked for the next only
+// while there is some, since whoever makes room loses a connection by it.
 void Exchange::Accept() {
-    while (MakeRoom()) {
+    do {
+        if (!MakeRoom()) return RestListener();
         UniqueFd socket = AcceptLocalSocket(mListener.Get());
-        if (!socket && !IsOutOfMeans(errno)) return;
-        if (!socket) break;
+        if (!socket) {
+            if (IsOutOfMeans(errno)) RestListener();
+            return;
+        }
         AcceptOne(std::move(socket));
-    }
-    RestListener();
+    } while (mConnections.size() < kMaximumConnections);
 }
 
 // Another user is hung up on. A caller may have ended already; what it sent before still counts,
@@ -201,6 +205,8 @@ void Exchange::AcceptOne(UniqueFd inSocket) {
     }
 }
 
+// The one that goes is the longest idle, in the order in which this process opened, accepted and
+// read them: what a peer sent that was not read yet is no use of its connection so far.
 bool Exchange::MakeRoom() {
     while (mConnections.size() >= kMaximumConnections) {
         Connection* oldest = nullptr;

@@ -54,15 +54,22 @@ class Transport : public testing::Test {
             socket.Reset();
         return socket;
     }
-    // More connections than the server keeps, each used once.
+    // More connections than the server keeps, each used once before the next one is opened.
+    static constexpr int kSurplus = 40;
     std::vector<UniqueFd> Crowd() {
         std::vector<UniqueFd> sockets;
-        for (int i = 0; i < carbon::kMaximumConnections + 40; ++i) {
+        for (int i = 0; i < carbon::kMaximumConnections + kSurplus; ++i) {
             sockets.push_back(Connect());
-            EXPECT_TRUE(sockets.back());
-            Say(sockets.back(), Packet({FrameKind::kWakeUp, 0, mSelf}));
+            EXPECT_TRUE(IsAnswered(sockets.back())) << i;
         }
         return sockets;
+    }
+    bool IsAnswered(const UniqueFd& inSocket) {
+        const Bytes event = FlatEvent();
+        const FrameHeader header{FrameKind::kEvent, static_cast<UInt32>(event.size()), mSelf, 9};
+        char reply[4096];
+        return Say(inSocket, Packet(header, event)) && IsReadable(inSocket) &&
+               recv(inSocket.Get(), reply, sizeof reply, 0) > 28;
     }
     static bool Say(const UniqueFd& inSocket, const Bytes& inPacket) {
         return send(inSocket.Get(), inPacket.data(), inPacket.size(), MSG_NOSIGNAL) >= 0;
@@ -73,10 +80,13 @@ class Transport : public testing::Test {
         packet.insert(packet.end(), inPayload.begin(), inPayload.end());
         return packet;
     }
-    // Whether the server hangs up within 10 s.
-    static bool IsHungUp(const UniqueFd& inSocket) {
+    // Whether something comes, or the server hangs up, within 10 s.
+    static bool IsReadable(const UniqueFd& inSocket, int inMilliseconds = 10'000) {
         pollfd readable{inSocket.Get(), POLLIN, 0};
-        if (poll(&readable, 1, 10'000) <= 0) return false;
+        return poll(&readable, 1, inMilliseconds) > 0;
+    }
+    static bool IsHungUp(const UniqueFd& inSocket) {
+        if (!IsReadable(inSocket)) return false;
         char byte;
         return recv(inSocket.Get(), &byte, 1, 0) <= 0;
     }
@@ -227,11 +237,29 @@ TEST_F(Transport, EventsBeyondTheLimitOfOneConnectionWait) {
 }
 
 // More clients than one process may have: those that are idle make room, and lose nothing by it.
-TEST_F(Transport, IdleConnectionsMakeRoomForNewOnes) {
+TEST_F(Transport, LongestIdleConnectionsMakeRoomForNewOnes) {
     const std::vector<UniqueFd> sockets = Crowd();
-    EXPECT_TRUE(ServerAnswers());
-    EXPECT_TRUE(ServerAnswers());
-    EXPECT_TRUE(IsHungUp(sockets.front()));
+    for (size_t i = 0; i < sockets.size(); ++i) {
+        if (i < kSurplus)
+            EXPECT_TRUE(IsHungUp(sockets[i])) << i;
+        else
+            EXPECT_FALSE(IsReadable(sockets[i], 0)) << i;
+    }
+}
+
+TEST_F(Transport, ConnectionInUseIsNotTheOneThatMakesRoom) {
+    const UniqueFd first = Connect();
+    EXPECT_TRUE(IsAnswered(first));
+    const UniqueFd second = Connect();
+    EXPECT_TRUE(IsAnswered(second));
+    EXPECT_TRUE(IsAnswered(first));
+    std::vector<UniqueFd> others;
+    for (int i = 0; i < carbon::kMaximumConnections - 1; ++i) {
+        others.push_back(Connect());
+        EXPECT_TRUE(IsAnswered(others.back())) << i;
+    }
+    EXPECT_TRUE(IsHungUp(second));
+    EXPECT_TRUE(IsAnswered(first));
 }
 
 // The one used longest ago is in the middle of a large event: that is no idleness.
