@@ -37,12 +37,12 @@ bool WriteAll(int inFile, std::span<const UInt8> inBytes) {
     return true;
 }
 
-// A file that nobody can change any more.
+// A file that stays as long as it is. Not sealed against writing: for that the kernel waits until
+// nobody has a hold on any page, a tenth of a second on a busy machine, and may give up.
 UniqueFd SealedFile(std::span<const UInt8> inBytes) {
     UniqueFd file(memfd_create("event", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-    const bool isDone =
-        file && WriteAll(file.Get(), inBytes) &&
-        fcntl(file.Get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE) == 0;
+    const bool isDone = file && WriteAll(file.Get(), inBytes) &&
+                        fcntl(file.Get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW) == 0;
     return isDone ? std::move(file) : UniqueFd();
 }
 

@@ -33,13 +33,12 @@ std::vector<UniqueFd> FilesIn(msghdr* ioMessage) {
     return files;
 }
 
-// A file in memory that neither shrinks nor changes: no other kind can be trusted not to keep its
-// reader waiting.
+// A file in memory that does not shrink: no other kind can be trusted not to keep its reader
+// waiting. That it may be written to does no harm, since what was read is looked at only then.
 bool IsSealed(int inFile, UInt32 inSize) {
-    constexpr int kSeals = F_SEAL_SHRINK | F_SEAL_WRITE;
     struct stat facts;
     const int seals = fcntl(inFile, F_GET_SEALS);
-    return seals >= 0 && (seals & kSeals) == kSeals && fstat(inFile, &facts) == 0 &&
+    return seals >= 0 && (seals & F_SEAL_SHRINK) != 0 && fstat(inFile, &facts) == 0 &&
            facts.st_size == off_t{inSize};
 }
 

@@ -39,9 +39,9 @@ class TestMonitor {
     OSErr Result() const { return mResult; }
     UInt32 Missed() { return PlatformMonitorMissed(mMonitor); }
 
-    // Fewer when they do not come within ten seconds.
+    // Fewer when they do not come within half a minute.
     std::vector<Seen> Take(size_t inCount) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         std::vector<Seen> all;
         while (all.size() < inCount && std::chrono::steady_clock::now() < deadline)
             TakeOne(100, &all);
