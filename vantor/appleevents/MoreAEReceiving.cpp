@@ -26,8 +26,9 @@ OSErr ReadSender(const AppleEvent* pAppleEvent, ProcessSerialNumber* outSender) 
     MoreAssert(err == noErr);
     if (err != noErr) return err;
     MoreAssert(actualType == typeProcessSerialNumber);
-    // clang-format off: the text that is shown has this space.
-    MoreAssert(actualSize == sizeof(senderPSN));
+    // The text that is shown has this space.
+    // clang-format off
+    MoreAssert(actualSize == sizeof (senderPSN));
     // clang-format on
     if (actualType != DescType(typeProcessSerialNumber) || actualSize != sizeof senderPSN)
         return paramErr;

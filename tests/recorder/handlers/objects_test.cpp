@@ -260,6 +260,55 @@ TEST_F(Objects, OfATestMayBeChosenByPosition) {
     EXPECT_THAT(among("abso('last')"), ElementsAre(kGamma));
 }
 
+TEST_F(Objects, OfATestMayBeChosenInTheSameStep) {
+    const std::string notEmpty =
+        Logic("AND ", Whose("dKnd", "=   ", "'imag'") + ", " + Whose("mInf", ">   ", "0"));
+    const auto chosen = [&](const std::string& index) {
+        return Drive("whos", "whos{ktst:" + notEmpty + ", kidx:" + index + "}");
+    };
+    EXPECT_THAT(NamesOf(chosen("2")), ElementsAre(kGamma));
+    EXPECT_THAT(NamesOf(chosen("-2")), ElementsAre(kBeta));
+    EXPECT_THAT(NamesOf(chosen("abso('firs')")), ElementsAre(kBeta));
+    EXPECT_THAT(NamesOf(chosen("abso('midd')")), ElementsAre(kBeta));
+    EXPECT_THAT(NamesOf(chosen("abso('last')")), ElementsAre(kGamma));
+    EXPECT_THAT(NamesOf(chosen("abso('all ')")), ElementsAre(kBeta, kGamma));
+    EXPECT_THAT(NamesOf(chosen("wrng{wstr:1, wstp:abso('last')}")), ElementsAre(kBeta, kGamma));
+    EXPECT_THAT(NamesOf(chosen("abso('any ')")),
+                testing::AnyOf(ElementsAre(kBeta), ElementsAre(kGamma)));
+    EXPECT_EQ(ErrorOf(chosen("3")), errAENoSuchObject);
+    EXPECT_EQ(ErrorOf(chosen("wrng{wstr:2, wstp:1}")), errAEImpossibleRange);
+}
+
+TEST_F(Objects, OfEachDiscWhoseStatusIsAboveNothingAreNone) {
+    const auto discs = [](const char* comparison) {
+        return Element("Disc", "test", Whose("sCod", comparison, "0"));
+    };
+    EXPECT_EQ(Get(discs(">   ")).Error(), errAENoSuchObject);
+    const Asked idle = Get(discs("<=  "));
+    EXPECT_EQ(idle.Error(), noErr);
+    EXPECT_TRUE(idle.IsList());
+}
+
+// A test may speak of the other elements: its specifiers start anew.
+TEST_F(Objects, MeetTestsThatNameOtherObjects) {
+    const std::string beta = PropertyOf(Drive("name", '"' + kBeta + '"'), "mInf");
+    EXPECT_THAT(NamesOf(ImageDrivesWhose(Whose("mInf", "<   ", beta))),
+                ElementsAre(kAlpha, kGamma));
+    EXPECT_THAT(NamesOf(ImageDrivesWhose(Whose("mInf", "=   ", beta))), ElementsAre(kBeta));
+    const std::string every = PropertyOf(Drive("indx", "abso('all ')"), "mInf");
+    EXPECT_EQ(ErrorOf(ImageDrivesWhose(Whose("mInf", "=   ", every))), errAETypeError) << "a list";
+}
+
+TEST_F(Objects, HaveNoElementsOfTheirOwn) {
+    const auto of = [](const std::string& container) {
+        return "obj {want:type('Driv'), form:indx, seld:1, from:" + container + "}";
+    };
+    EXPECT_EQ(ErrorOf(of(Drive("indx", "1"))), errAENoSuchObject);
+    EXPECT_EQ(ErrorOf(of(Drive("indx", "abso('all ')"))), errAENoSuchObject);
+    EXPECT_EQ(ErrorOf(of(Element("Disc", "indx", "1"))), errAENoSuchObject);
+    EXPECT_EQ(ErrorOf(of(PropertyOf(kApplication, "pnam"))), errAENoSuchObject);
+}
+
 TEST_F(Objects, OfTestsThatMakeNoSenseHaveTheirErrors) {
     const std::string empty = Whose("mInf", "=   ", "0");
     EXPECT_EQ(ErrorOf(ImageDrivesWhose(Whose("mInf", "!=  ", "0"))), errAEEventNotHandled);

@@ -13,7 +13,10 @@ namespace {
 
 OSErr sGestaltError = noErr;
 int sGestaltCalls = 0;
-bool sSenderIsFinder = false;
+SInt32 sGestaltResponse = 0;  // instead of the true one; 0: the true one
+OSType sSenderCreator = 0, sSenderType = 0;
+DescType sAddressType = 0;  // instead of a serial number; 0: the true address
+Size sAddressSize = 0;
 
 }  // namespace
 
@@ -21,14 +24,25 @@ OSErr Gestalt(OSType inSelector, SInt32* outResponse) {
     if (inSelector != OSType(gestaltAppleEventsAttr))
         return REAL_CALL(Gestalt)(inSelector, outResponse);
     ++sGestaltCalls;
-    return sGestaltError != noErr ? sGestaltError : REAL_CALL(Gestalt)(inSelector, outResponse);
+    if (sGestaltError != noErr) return sGestaltError;
+    if (sGestaltResponse != 0) return *outResponse = sGestaltResponse, noErr;
+    return REAL_CALL(Gestalt)(inSelector, outResponse);
 }
 
 OSErr GetProcessInformation(const ProcessSerialNumber* inPSN, ProcessInfoRec* ioInfo) {
     const OSErr error = REAL_CALL(GetProcessInformation)(inPSN, ioInfo);
-    if (sSenderIsFinder) {
-        ioInfo->processSignature = 'MACS';
-        ioInfo->processType = 'FNDR';
+    if (sSenderCreator != 0) ioInfo->processSignature = sSenderCreator;
+    if (sSenderType != 0) ioInfo->processType = sSenderType;
+    return error;
+}
+
+OSErr AEGetAttributePtr(const AppleEvent* inEvent, AEKeyword inKey, DescType inDesired,
+                        DescType* outType, void* outData, Size inMost, Size* outSize) {
+    const OSErr error =
+        REAL_CALL(AEGetAttributePtr)(inEvent, inKey, inDesired, outType, outData, inMost, outSize);
+    if (inKey == AEKeyword(keyAddressAttr) && sAddressType != 0) {
+        *outType = sAddressType;
+        *outSize = sAddressSize;
     }
     return error;
 }
@@ -61,6 +75,9 @@ TEST(HasAppleEvents, KeepsSayingYesAsLongAsThereIsNoAnswer) {
     EXPECT_EQ(MoreAEHasAppleEvents(), 0xFF);
     EXPECT_EQ(sGestaltCalls, 2);
     sGestaltError = noErr;
+    sGestaltResponse = ~1;
+    EXPECT_EXIT(_exit(MoreAEHasAppleEvents()), testing::ExitedWithCode(0), "");
+    sGestaltResponse = 0;
     EXPECT_EQ(MoreAEHasAppleEvents(), 1);
     EXPECT_EQ(MoreAEHasAppleEvents(), 1);
     EXPECT_EQ(sGestaltCalls, 3);
@@ -126,13 +143,21 @@ TEST(ReplyResult, IsDroppedWhenThereIsNoneOrNobodyWantsIt) {
     EXPECT_EQ(MoreAEAddResultToReply(StAEDescriptor(SInt32{7}), none, -43), -43);
 }
 
+TEST(ReplyResult, ThatCannotBePutIsAnErrorOfItsOwn) {
+    StAEDescriptor number(SInt32{1});
+    EXPECT_EQ(MoreAEAddResultToReply(StAEDescriptor(SInt32{7}), number, noErr), errAENotAEDesc);
+    EXPECT_EQ(MoreAEAddResultToReply(StAEDescriptor(SInt32{7}), number, -43), errAENotAEDesc);
+    EXPECT_EQ(MoreAEAddResultToReply(StAEDescriptor(PString("no")), number, -43), errAENotAEDesc);
+}
+
 TEST(ClassAndID, AreReadFromTheEvent) {
     AEEventClass eventClass = 0;
     AEEventID eventID = 0;
     EXPECT_EQ(MoreAEExtractClassAndID(Own(), &eventClass, &eventID), noErr);
     EXPECT_EQ(eventClass, AEEventClass('test'));
     EXPECT_EQ(eventID, AEEventID('tell'));
-    EXPECT_NE(MoreAEExtractClassAndID(StAEDescriptor(SInt32{1}), &eventClass, &eventID), noErr);
+    EXPECT_EQ(MoreAEExtractClassAndID(StAEDescriptor(SInt32{1}), &eventClass, &eventID),
+              errAENotAEDesc);
 }
 
 // Answers one own event by asking who sent it.
@@ -154,10 +179,45 @@ TEST(SenderIsFinder, GoesByCreatorAndType) {
     SenderQuestion::Ask();
     EXPECT_EQ(SenderQuestion::sError, noErr);
     EXPECT_EQ(SenderQuestion::sIsFinder, false);
-    sSenderIsFinder = true;
+    sSenderCreator = 'MACS';
     SenderQuestion::Ask();
-    sSenderIsFinder = false;
+    EXPECT_EQ(SenderQuestion::sIsFinder, false) << "of another type";
+    sSenderType = 'FNDR';
+    SenderQuestion::Ask();
     EXPECT_EQ(SenderQuestion::sIsFinder, true);
+    sSenderCreator = 'mine';
+    SenderQuestion::Ask();
+    EXPECT_EQ(SenderQuestion::sIsFinder, false) << "of another creator";
+    sSenderCreator = sSenderType = 0;
+}
+
+TEST(SenderIsFinder, AProcessThatIsGoneIsAnError) {
+    const UInt32 nobody[] = {0, EndianU32_NtoB(0x7FFF0000)};
+    StAEDescriptor event;
+    Boolean isFinder = 2;
+    ASSERT_EQ(AECreateAppleEvent('test', 'tell',
+                                 StAEDescriptor(typeProcessSerialNumber, nobody, sizeof nobody),
+                                 kAutoGenerateReturnID, kAnyTransactionID, event),
+              noErr);
+    EXPECT_EQ(MoreAEIsSenderFinder(event, &isFinder), procNotFound);
+    EXPECT_EQ(isFinder, 2);
+}
+
+TEST(SenderIsFinder, AnAddressOfAnotherTypeOrSizeIsRefused) {
+    const DebuggerTexts shown;
+    StAEDescriptor event = Own();
+    Boolean isFinder = 2;
+    sAddressType = typeSInt32;
+    sAddressSize = sizeof(ProcessSerialNumber);
+    EXPECT_EQ(MoreAEIsSenderFinder(event, &isFinder), paramErr);
+    sAddressType = typeProcessSerialNumber;
+    sAddressSize = 4;
+    EXPECT_EQ(MoreAEIsSenderFinder(event, &isFinder), paramErr);
+    sAddressType = 0;
+    EXPECT_EQ(isFinder, 2);
+    EXPECT_EQ(shown.Texts(),
+              (DebuggerTexts::List{"MoreAssert failure: actualType == typeProcessSerialNumber",
+                                   "MoreAssert failure: actualSize == sizeof (senderPSN)"}));
 }
 
 TEST(SenderIsFinder, ShowsWhichPreconditionFailed) {

@@ -37,6 +37,13 @@ StAEDescriptor Double(double inValue) {
     return Wide(typeIEEE64BitFloatingPoint, std::bit_cast<SInt64>(inValue));
 }
 
+// The number as a descriptor of this type.
+StAEDescriptor Number(DescType inType, double inValue) {
+    StAEDescriptor number;
+    EXPECT_EQ(AECoerceDesc(Double(inValue), inType, number), noErr);
+    return number;
+}
+
 StAEDescriptor Text(const char* inText) {
     return StAEDescriptor(PString(inText));
 }
@@ -66,7 +73,9 @@ TEST(AbsolutePosition, OrdinalsCountFromOne) {
     EXPECT_EQ(IndexOf(Ordinal(kAEMiddle), 4), 2);
     EXPECT_EQ(IndexOf(Ordinal(kAEMiddle), 5), 3);
     EXPECT_EQ(IndexOf(Ordinal(kAELast), 7), 7);
+    EXPECT_EQ(IndexOf(Ordinal(kAEMiddle), 0), 0);
     EXPECT_EQ(IndexOf(Ordinal(kAELast), 0), 0);
+    EXPECT_EQ(CodeThrownBy([] { IndexOf(Ordinal(kAELast), -2); }), errAENoSuchObject);
     EXPECT_EQ(IndexOf(Ordinal(kAEAll), 3), -1);
     EXPECT_EQ(IndexOf(Ordinal('what'), 3), 0);
 }
@@ -131,6 +140,63 @@ TEST(Comparison, LowWordsAreUnsignedAndHighWordsSigned) {
               "<l");
 }
 
+TEST(Comparison, EqualityGoesByTheTypeOfTheLeftSide) {
+    for (const DescType type : {DescType(typeSInt16), DescType(typeSInt32), DescType(typeMagnitude),
+                                DescType(typeComp), DescType(typeIEEE32BitFloatingPoint),
+                                DescType(typeIEEE64BitFloatingPoint), DescType(typeExtended)})
+        EXPECT_TRUE(Holds(Number(type, 2), kAEEquals, Text(" 2"))) << "no number: " << type;
+    EXPECT_FALSE(Holds(Text("2"), kAEEquals, Text(" 2"))) << "as texts";
+    const auto date = Wide(typeLongDateTime, 2), later = Wide(typeLongDateTime, 3);
+    EXPECT_TRUE(Holds(date, kAEEquals, date));
+    EXPECT_FALSE(Holds(date, kAEEquals, later));
+    const StAEDescriptor truth(Boolean{true}), lie(Boolean{false});
+    EXPECT_TRUE(Holds(StAEDescriptor(typeTrue, "", 0), kAEEquals, truth));
+    EXPECT_TRUE(Holds(StAEDescriptor(typeFalse, "", 0), kAEEquals, lie));
+    EXPECT_FALSE(Holds(StAEDescriptor(typeFalse, "", 0), kAEEquals, truth));
+    EXPECT_FALSE(Holds(StAEDescriptor(Boolean{2}), kAEEquals, truth)) << "the bytes count";
+}
+
+TEST(Comparison, OneSideThatIsAFractionMakesBothFractions) {
+    for (const DescType type : {DescType(typeIEEE32BitFloatingPoint),
+                                DescType(typeIEEE64BitFloatingPoint), DescType(typeExtended)}) {
+        const StAEDescriptor seven(SInt32{7}), more = Number(type, 7.25);
+        EXPECT_EQ(Holding(Mgr::CompareAsNumbers, more, seven), "g>");
+        EXPECT_EQ(Holding(Mgr::CompareAsNumbers, seven, more), "<l");
+    }
+}
+
+OSErr DateOfDay(const AEDesc* inDay, DescType, SInt32, AEDesc* outDate) {
+    UInt8 day = 0;
+    AEGetDescData(inDay, &day, sizeof day);
+    const SInt64 seconds = BigEndianFromNative(SInt64{day} * 24 * 60 * 60);
+    return AECreateDesc(typeLongDateTime, &seconds, sizeof seconds, outDate);
+}
+
+TEST(Comparison, OneSideThatIsADateMakesBothDates) {
+    const auto coercion = reinterpret_cast<AECoercionHandlerUPP>(DateOfDay);
+    ASSERT_EQ(AEInstallCoercionHandler('day ', typeLongDateTime, coercion, 0, true, false), noErr);
+    const auto noon = Wide(typeLongDateTime, 36 * 60 * 60);
+    const StAEDescriptor day('day ', "\x01", 1);
+    EXPECT_EQ(Holding(Mgr::CompareAsNumbers, day, noon), "<l");
+    EXPECT_EQ(Holding(Mgr::CompareAsNumbers, noon, day), "g>");
+    AERemoveCoercionHandler('day ', typeLongDateTime, coercion, false);
+}
+
+TEST(Comparison, TextsOfDigitsAreOrderedAsNumbers) {
+    EXPECT_TRUE(Holds(Text("10"), kAEGreaterThan, Text("9")));
+    EXPECT_TRUE(Holds(Text("10"), kAEGreaterThanEquals, Text("9")));
+    EXPECT_TRUE(Holds(Text("9"), kAELessThan, Text("10")));
+    EXPECT_TRUE(Holds(Text("9"), kAELessThanEquals, Text("10")));
+    EXPECT_EQ(CodeThrownBy([] { Holds(Text("a"), kAELessThan, Text("b")); }), errAETypeError);
+}
+
+TEST(Comparison, TextsCountUpTo255Characters) {
+    const std::string text(300, 'a');
+    const StAEDescriptor whole(typeChar, text.data(), 300), cut(typeChar, text.data(), 255);
+    EXPECT_TRUE(Holds(whole, kAEEquals, cut));
+    EXPECT_TRUE(Holds(cut, kAEBeginsWith, whole));
+}
+
 TEST(Comparison, OperatorsAreHandedToTheRightKind) {
     EXPECT_TRUE(Holds(StAEDescriptor(SInt32{2}), kAEGreaterThan, Text("1")));
     EXPECT_TRUE(Holds(StAEDescriptor(SInt32{2}), kAEEquals, Text("2")));
@@ -161,6 +227,7 @@ TEST(Comparison, KeepsAShorterLeftTextFalseForEveryOperator) {
     for (const DescType code : {DescType(kAEBeginsWith), DescType(kAEEndsWith),
                                 DescType(kAEContains), DescType(kAEEquals)})
         EXPECT_FALSE(Holds(Text("abc"), code, Text("abcd")));
+    EXPECT_FALSE(Holds(Text("bc"), kAEEndsWith, Text("\2bc"))) << "its length counts as none of it";
 }
 
 // The resource file of a program with tables of handlers, open as the current one.
