@@ -42,8 +42,8 @@ void PutFiles(AEDesc* ioEvent, const FSSpec* inFiles, SInt32 inCount) {
     StAEDescriptor list;
     ThrowIfError(AECreateList(nullptr, 0, false, list));
     for (SInt32 i = 0; i < inCount; ++i) {
-        StAEDescriptor file(inFiles[i]);
-        ThrowIfError(AEPutDesc(list, i + 1, file));
+        const FSSpec file = BigEndianFromNative(inFiles[i]);
+        ThrowIfError(AEPutPtr(list, i + 1, typeFSS, &file, sizeof file));
     }
     ThrowIfError(AEPutParamDesc(ioEvent, keyAEFile, list));
 }
