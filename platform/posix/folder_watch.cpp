@@ -2,6 +2,7 @@
 #include "posix/folder_watch.h"
 
 #include <sys/inotify.h>
+#include <sys/ioctl.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -37,8 +38,8 @@ void FolderWatch::AddFile(const std::string& inFile) {
 
 bool FolderWatch::HasChanged() {
     if (mBlind || mForks != ForkCount()) return true;
-    alignas(inotify_event) char events[1024];
-    const bool quiet = read(mQueue.Get(), events, sizeof events) < 0 && errno == EAGAIN;
+    int waiting = 0;  // bytes; asking for their number costs less than trying to read them
+    const bool quiet = ioctl(mQueue.Get(), FIONREAD, &waiting) == 0 && waiting == 0;
     mBlind = !quiet;  // once seen, a change stays seen until there is a new watch
     return !quiet;
 }

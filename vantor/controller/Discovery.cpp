@@ -57,10 +57,12 @@ bool IsNewEnough(CFBundleRef inBundle) {
 }
 
 bool IsOurEdition(CFBundleRef inBundle) {
-    const auto name = static_cast<CFStringRef>(
-        CFBundleGetValueForInfoDictionaryKey(inBundle, CFSTR("CFBundleName")));
+    // Looked up once: this is asked for every request.
+    static const CFStringRef kNameKey = CFSTR("CFBundleName"), kEdition = CFSTR("Calverin");
+    const auto name =
+        static_cast<CFStringRef>(CFBundleGetValueForInfoDictionaryKey(inBundle, kNameKey));
     if (name == nullptr || CFGetTypeID(name) != CFStringGetTypeID()) return false;
-    return CFStringFind(name, CFSTR("Calverin"), kCFCompareCaseInsensitive).location != kCFNotFound;
+    return CFStringFind(name, kEdition, kCFCompareCaseInsensitive).location != kCFNotFound;
 }
 
 // What is examined is the application that Launch Services names, whatever file was given.
