@@ -2,6 +2,7 @@
 #include <Carbon/MacErrors.h>
 
 #include <algorithm>
+#include <bitset>
 #include <unordered_set>
 
 #include "resource_manager/internal.h"
@@ -117,19 +118,28 @@ void TypeByIndex(Where inWhere, ResType* outType, ResourceIndex inIndex) {
     });
 }
 
+using IDs = std::bitset<65536>;
+
+// Each file is walked through once: a type may have thousands of resources.
+IDs TakenIDs(Files inFiles, ResType inType) {
+    IDs taken;
+    for (ResourceFile* file : inFiles) {
+        const ResourceType* type = file->FindType(inType);
+        if (!type) continue;
+        for (const auto& resource : type->resources) taken.set(UInt16(resource->id));
+    }
+    return taken;
+}
+
 // Application IDs first, as those below 128 are the system's.
 ResID FreeID(Where inWhere, ResType inType) {
     ResID free = 0;
     Search(inWhere, [&](Chain&, Files inFiles) {
-        const auto isTaken = [&](ResID inID) {
-            return std::any_of(inFiles.begin(), inFiles.end(), [&](ResourceFile* inFile) {
-                return inFile->Find(inType, inID) != nullptr;
-            });
-        };
+        const IDs taken = TakenIDs(inFiles, inType);
         constexpr int kFirst = 128, kIDs = 32768;
         for (int i = 0; i < kIDs; ++i) {
             free = ResID((kFirst + i) % kIDs);
-            if (!isTaken(free)) break;
+            if (!taken.test(UInt16(free))) break;
         }
         return noErr;
     });

@@ -3,7 +3,9 @@
 
 #include <set>
 
+#include "file_manager/metadata.h"
 #include "platform/resource_manager/ResourceFixture.h"
+#include "resource_manager/fork.h"
 
 namespace {
 
@@ -119,6 +121,27 @@ TEST_F(Searching, UniqueIDsAreFree) {
     }
     UseResFile(mOlder);
     EXPECT_EQ(Get1Resource('TEXT', Unique1ID('TEXT')), nullptr);
+}
+
+// The map of one file has room for some five thousand. The time this took grew with the square of
+// their number: seconds for each call.
+TEST_F(Searching, UniqueIDsOfANearlyFullTypeAreFoundInOneWalk) {
+    constexpr int kFiles = 6, kEach = 5450;  // more than there are IDs from 128 on
+    for (int i = 0; i < kFiles; ++i) {
+        carbon::StoredFork fork;
+        fork.types.push_back({'Full', {}});
+        for (int j = 0; j < kEach; ++j)
+            fork.types[0].resources.push_back(
+                {SInt16(128 + (i * kEach + j) % (32768 - 128)), 0, "", {}});
+        std::vector<UInt8> bytes;
+        ASSERT_EQ(carbon::BuildFork(fork, &bytes), noErr);
+        const auto name = "full" + std::to_string(i);
+        const FSSpec spec = SpecOf(Write(name));
+        ASSERT_EQ(carbon::ReplaceResourceFork(Path(name), bytes), noErr);
+        Open(spec);
+    }
+    Add('Full', 127, "below those of applications");
+    for (int i = 0; i < 300; ++i) EXPECT_EQ(UniqueID('Full'), 0);
 }
 
 TEST_F(Searching, UseResFileLeavesThingsAloneForAnUnknownNumber) {
