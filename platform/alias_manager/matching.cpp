@@ -7,6 +7,7 @@
 
 #include "alias_manager/describing.h"
 #include "alias_manager/handles.h"
+#include "alias_manager/volume_search.h"
 
 namespace carbon {
 
@@ -52,16 +53,43 @@ bool IsOutOfDate(Objects& ioObjects, const AliasContents& inContents, const Obje
     return !inContents.IsMinimal() && BytesOfAlias(fresh) != BytesOfAlias(inContents);
 }
 
-OSErr Find(const FSSpec* inFrom, UInt32 inRules, const AliasContents& inContents,
-           AliasMatches* outMatches, Boolean* outNeedsUpdate) {
-    constexpr size_t kMost = 1000;
+constexpr size_t kMost = 1000;
+
+OSErr FindFast(const FSSpec* inFrom, UInt32 inRules, const AliasContents& inContents,
+               AliasMatches* outMatches) {
     const Catalog catalog;
     Object from;
     const bool hasFrom = inFrom && FindFrom(*catalog, inFrom, &from) == noErr;
-    const OSErr error =
-        FindMatches(*catalog, inContents, hasFrom ? &from : nullptr, inRules, kMost, outMatches);
-    if (error) return error;
-    *outNeedsUpdate = IsOutOfDate(*catalog, inContents, outMatches->objects.front());
+    return FindMatches(*catalog, inContents, hasFrom ? &from : nullptr, inRules, kMost, outMatches);
+}
+
+void AddUnlessKnown(const Object& inObject, AliasMatches* ioMatches) {
+    auto& objects = ioMatches->objects;
+    const bool isKnown = std::any_of(objects.begin(), objects.end(), [&](const auto& inOther) {
+        return inOther.path == inObject.path;
+    });
+    if (!isKnown) objects.push_back(inObject);
+}
+
+// Behind those that were found in their likely places: what looks like it anywhere else.
+void AddFromWholeVolumes(const AliasContents& inContents, AliasMatches* ioMatches) {
+    for (const auto volume : ioMatches->volumes) {
+        const auto specs = LookalikesOnVolume(volume, inContents, kMost);
+        const Catalog catalog;
+        for (const auto& spec : specs) {
+            Object object;
+            if (ioMatches->objects.size() == kMost) return;
+            if (catalog->FindBySpec(spec, &object) == noErr) AddUnlessKnown(object, ioMatches);
+        }
+    }
+}
+
+OSErr Find(const FSSpec* inFrom, UInt32 inRules, const AliasContents& inContents,
+           AliasMatches* outMatches, Boolean* outNeedsUpdate) {
+    const OSErr error = FindFast(inFrom, inRules, inContents, outMatches);
+    if (inRules & kARMSearchMore) AddFromWholeVolumes(inContents, outMatches);
+    if (outMatches->objects.empty()) return error;
+    *outNeedsUpdate = IsOutOfDate(*Catalog(), inContents, outMatches->objects.front());
     return noErr;
 }
 

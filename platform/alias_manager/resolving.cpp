@@ -198,6 +198,7 @@ OSErr FindMatches(Objects& ioObjects, const AliasContents& inContents, const Obj
     for (const auto& volume : volumes) {
         Search search{ioObjects, inContents, volume, dirNFErr, {}};
         SearchOneVolume(search, inFrom, inRules, inMost, outMatches);
+        outMatches->volumes.push_back(volume.number);
         if (result == fnfErr) continue;
         result = search.error;
         outMatches->missing = search.missing;

@@ -9,7 +9,8 @@ namespace carbon {
 // The objects an alias may mean, the best first, none twice.
 struct AliasMatches {
     std::vector<Object> objects;
-    Object missing;  // with fnfErr: the place where it ought to be
+    Object missing;                       // with fnfErr: the place where it ought to be
+    std::vector<FSVolumeRefNum> volumes;  // that were searched
 };
 
 // At most `inMost` of them. `inFrom` may be null; `inRules` are kARM... bits. nsvErr, dirNFErr,

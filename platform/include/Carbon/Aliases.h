@@ -45,7 +45,7 @@ enum {
     kARMNoUI = 0x00000002,            // do not ask the user; nobody ever is
     kARMMultVols = 0x00000008,        // on all volumes
     kARMSearch = 0x00000100,          // by what the record knows: a fast search
-    kARMSearchMore = 0x00000200,      // in the whole folder too: objects that look like it
+    kARMSearchMore = 0x00000200,      // on the whole volume too: objects that look like it
     kARMSearchRelFirst = 0x00000400,  // from `fromFile` before the path
     kARMTryFileIDFirst = 0x00000800   // the object's number before its place
 };

@@ -76,6 +76,54 @@ TEST_F(MatchedAliases, ListLookalikesWhenAskedForMore) {
     EXPECT_EQ(Matches(alias, kARMSearchMore), (std::vector<std::string>{twin}));
 }
 
+TEST_F(MatchedAliases, FindTheirObjectAnywhereOnTheVolumeWhenAskedForMore) {
+    const auto change = [](carbon::Metadata* ioMetadata) {
+        FInfo info{};
+        info.fdType = 'TEXT';
+        info.fdCreator = 'ttxt';
+        std::memcpy(ioMetadata->finderInfo, &info, sizeof info);
+        ioMetadata->facts.created = 1000000000;
+    };
+    ASSERT_EQ(carbon::ChangeMetadata(mFile, change), noErr);
+    Alias alias, folder, minimal;
+    MakeAlias(mFile, alias);
+    MakeAlias(Path("disk/folder/inner"), folder);
+    const FSSpec spec = SpecOf(mFile);
+    ASSERT_EQ(NewAliasMinimal(&spec, minimal.Out()), noErr);
+    // A copy, as by another program: not the same inode, and far from its old place.
+    MakeFolder("disk/far/away/from/there");
+    const auto copy = Write("disk/far/away/from/there/file");
+    ASSERT_EQ(carbon::ChangeMetadata(copy, change), noErr);
+    const auto other = Write("disk/far/away/from/other");
+    ASSERT_EQ(
+        carbon::ChangeMetadata(
+            other, [](carbon::Metadata* ioMetadata) { ioMetadata->facts.created = 1000000000; }),
+        noErr);
+    EXPECT_EQ(Matches(alias, kARMSearchMore), (std::vector<std::string>{mFile, copy}));
+    std::filesystem::remove(mFile);
+    std::filesystem::remove(Path("disk/folder/._file"));
+    EXPECT_EQ(Matches(alias, kARMSearch), (std::vector<std::string>{"error -43"}));
+    EXPECT_EQ(Matches(alias, kARMSearchMore), (std::vector<std::string>{copy}));
+    EXPECT_TRUE(mNeedsUpdate);
+    EXPECT_EQ(Matches(minimal, kARMSearchMore), (std::vector<std::string>{copy}));
+    EXPECT_EQ(Matches(folder, kARMSearchMore).front(), Path("disk/folder/inner"));
+}
+
+TEST_F(MatchedAliases, FindNothingElsewhereOnAVolumeWithoutCatalogSearch) {
+    FSVolumeRefNum plain = 0;
+    const auto file = (MakeFolder("plain/folder"), Write("plain/folder/file"));
+    MakeFolder("plain/other");
+    ASSERT_EQ(PlatformMountFolderWithOptions(Path("plain").c_str(), "Plain",
+                                             kPlatformMountNoCatalogSearch, &plain),
+              noErr);
+    Alias alias;
+    MakeAlias(file, alias);
+    std::filesystem::copy_file(file, Path("plain/other/file"));
+    std::filesystem::remove(file);
+    EXPECT_EQ(Matches(alias, kARMSearchMore), (std::vector<std::string>{"error -43"}));
+    PlatformUnmountFolder(plain);
+}
+
 TEST_F(MatchedAliases, AskTheFilterAboutEach) {
     Alias alias;
     MakeAlias(mFile, alias);
