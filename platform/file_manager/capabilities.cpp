@@ -45,6 +45,13 @@ bool IgnoresCase(const Volume& inVolume) {
     return std::find(kTypes.begin(), kTypes.end(), inVolume.type) != kTypes.end();
 }
 
+// Servers, and what is a program of its own, mostly cannot.
+bool CanExchangeNames(const Volume& inVolume) {
+    constexpr std::array<std::string_view, 4> kTypes = {"msdos", "exfat", "ntfs3", "hfsplus"};
+    if (inVolume.isOnNetwork || inVolume.type.starts_with("fuse")) return false;
+    return std::find(kTypes.begin(), kTypes.end(), inVolume.type) == kTypes.end();
+}
+
 // "server:/path", "//server/path"
 std::string ServerIn(const std::string& inSource) {
     const auto start = std::min(inSource.find_first_not_of('/'), inSource.size());
@@ -72,6 +79,8 @@ UInt32 ExtendedAttributesOf(const Volume& inVolume) {
     UInt32 bits = Bit(bSupports2TBFiles) | Bit(bSupportsLongNames) | Bit(bSupportsMultiScriptNames);
     bits |= Bit(bSupportsNamedForks) | Bit(bSupportsSymbolicLinks) | Bit(bIsCasePreserving);
     if (!IgnoresCase(inVolume)) bits |= Bit(bIsCaseSensitive);
+    const bool mayExchange = !Lacks(inVolume, kPlatformMountNoExchange);
+    if (mayExchange && CanExchangeNames(inVolume)) bits |= Bit(bSupportsFSExchangeObjects);
     const bool isEjectable = inVolume.options & kPlatformMountEjectable;
     if (isEjectable) bits |= Bit(bIsEjectable) | Bit(bIsRemovable);
     return bits;

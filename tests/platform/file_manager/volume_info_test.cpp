@@ -209,6 +209,13 @@ TEST_F(VolumeInfoTest, LosesTheCapabilitiesThatItsMountTakesAway) {
     }
 }
 
+TEST_F(VolumeInfoTest, SaysThatItExchangesFilesWhereItDoes) {
+    const auto without = Mount("Without", "Without", kPlatformMountNoExchange);
+    constexpr UInt32 kBit = 1 << bSupportsFSExchangeObjects;
+    EXPECT_TRUE(UInt32(ParametersOf(mVolume).vMExtendedAttributes) & kBit);
+    EXPECT_FALSE(UInt32(ParametersOf(without).vMExtendedAttributes) & kBit);
+}
+
 TEST_F(VolumeInfoTest, IsAServersOrEjectableWhenMountedSo) {
     const auto remote = Mount("Remote", "Remote", kPlatformMountRemote);
     const auto ejectable = Mount("Floppy", "Floppy", kPlatformMountEjectable);
