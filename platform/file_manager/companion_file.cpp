@@ -121,6 +121,11 @@ OSErr CompanionError(int inErrno) {
     return inErrno == ENOENT ? OSErr(dirNFErr) : OSErrFromErrno(inErrno);
 }
 
+bool IsEmptyFile(int inFile) {
+    struct stat facts;
+    return fstat(inFile, &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_size == 0;
+}
+
 SharedCounter& ReplacedCompanions() {
     static SharedCounter& sCounter = *new SharedCounter(VolumesFolder() + "/companions");
     return sCounter;
@@ -133,14 +138,16 @@ std::string UnfinishedCompanion(const MetadataOwner& inOwner, const struct stat&
     return PathInFolder(ParentOfPath(inOwner.Companion()), name);
 }
 
-// A link, a device or a file of another form in the companion's place is damage, too.
+// A link, a device or a file of another form in the companion's place is damage, too. An empty file
+// holds nothing that could be lost: a power failure can leave one.
 OSErr ReadCompanion(const MetadataOwner& inOwner, Companion* outCompanion) {
     *outCompanion = Companion();
     const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     UniqueFd file(open(inOwner.Companion().c_str(), flags));
-    const bool isMissing = !file && (errno == ENOENT || errno == ENAMETOOLONG);
+    const bool isMissing =
+        file ? IsEmptyFile(file.Get()) : errno == ENOENT || errno == ENAMETOOLONG;
     if (!file && !isMissing && errno != ELOOP && errno != ENXIO) return OSErrFromErrno(errno);
-    auto document = file ? AppleDoubleDocument::Read(file.Get()) : std::nullopt;
+    auto document = file && !isMissing ? AppleDoubleDocument::Read(file.Get()) : std::nullopt;
     if (!document) {
         outCompanion->state = isMissing ? CompanionState::kNone : CompanionState::kDamaged;
         return ReadAttributes(inOwner.path, outCompanion);

@@ -37,6 +37,9 @@ SharedCounter& ReplacedCompanions();
 inline constexpr char kUnfinishedPrefix[] = "._~unfinished-";
 std::string UnfinishedCompanion(const MetadataOwner& inOwner, const struct stat& inObject);
 
+// Whether an open file is a plain one of no bytes, which in a companion's place is as good as none.
+bool IsEmptyFile(int inFile);
+
 // errno as a code, for the companion of an object that is there.
 OSErr CompanionError(int inErrno);
 

@@ -50,6 +50,7 @@ OSErr ChangeInPlace(const MetadataOwner& inOwner, const AppleDoubleDocument& inB
     const auto before = inBefore.BytesBeforeFork(0);
     const auto after = inAfter.BytesBeforeFork(0);
     if (before.size() != after.size()) return fBsyErr;
+    if (before == after) return noErr;  // a date that the companion cannot hold became the same one
     const auto [first, ignored] = std::mismatch(after.begin(), after.end(), before.begin());
     const auto [last, alsoIgnored] = std::mismatch(after.rbegin(), after.rend(), before.rbegin());
     const auto start = size_t(first - after.begin());

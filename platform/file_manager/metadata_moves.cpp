@@ -15,14 +15,19 @@ namespace carbon {
 
 namespace {
 
-enum class Kind { kNone, kAppleDouble, kOther };
+enum class Kind {
+    kNone,
+    kAppleDouble,  // or empty
+    kOther
+};
 
 Kind KindOf(const std::string& inCompanion) {
     struct stat facts;
-    if (lstat(inCompanion.c_str(), &facts) != 0) return Kind::kNone;
+    if (lstat(inCompanion.c_str(), &facts) != 0 || S_ISDIR(facts.st_mode)) return Kind::kNone;
     const int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
     const UniqueFd file(open(inCompanion.c_str(), flags));
     if (!file || !S_ISREG(facts.st_mode)) return Kind::kOther;
+    if (IsEmptyFile(file.Get())) return Kind::kAppleDouble;
     return IsAppleDouble(BytesAt(file.Get(), 0, kAppleDoubleListOffset)) ? Kind::kAppleDouble
                                                                          : Kind::kOther;
 }
@@ -74,7 +79,20 @@ OSErr MoveBoth(const std::string& inFrom, const std::string& inTo, const std::st
     }
     const int result = isLinked ? unlink(inCompanion.c_str())
                                 : rename(inCompanion.c_str(), inNewCompanion.c_str());
-    return result == 0 || errno == ENOENT ? OSErr(noErr) : CompanionError(errno);
+    if (result == 0 || errno == ENOENT) return noErr;
+    error = CompanionError(errno);
+    if (RenameToNew(inTo, inFrom) == noErr && isLinked) unlink(inNewCompanion.c_str());
+    return error;
+}
+
+// What has no companion of the usual form, or only gets another spelling of its name.
+OSErr MoveOneByOne(const std::string& inFrom, const std::string& inTo,
+                   const std::string& inCompanion, const std::string& inNewCompanion) {
+    OSErr error = RenameToNew(inFrom, inTo);
+    if (error != noErr || KindOf(inCompanion) == Kind::kNone) return error;
+    error = RenameToNew(inCompanion, inNewCompanion);
+    if (error != noErr) RenameToNew(inTo, inFrom);
+    return error;
 }
 
 }  // namespace
@@ -90,11 +108,8 @@ OSErr MoveWithMetadata(const std::string& inFrom, const std::string& inTo) {
     if (!isSameEntry) {
         if (const OSErr error = RemoveRemains(newCompanion)) return error;
     }
-    if (KindOf(companion) == Kind::kNone || isSameEntry) {
-        const OSErr error = RenameToNew(inFrom, inTo);
-        if (error != noErr || !Exists(companion)) return error;
-        return RenameToNew(companion, newCompanion);
-    }
+    if (KindOf(companion) == Kind::kNone || isSameEntry)
+        return MoveOneByOne(inFrom, inTo, companion, newCompanion);
     if (Exists(newCompanion)) return dupFNErr;  // no AppleDouble file: not ours to remove
     return MoveBoth(inFrom, inTo, companion, newCompanion);
 }

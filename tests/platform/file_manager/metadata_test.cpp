@@ -179,7 +179,6 @@ TEST_F(MetadataTest, KeepsAttributeAreasAndTheirOffsetsTrue) {
 TEST_F(MetadataTest, IsRefusedWhereTheCompanionIsDamagedAndLeavesItAsItIs) {
     const auto path = Write("File");
     const std::vector<std::string> damaged = {
-        "",
         "no AppleDouble file",
         Head({{9, 50, 32}, {2, 82, 100000}}) + std::string(40, 'x'),               // cut off
         Head({{9, 62, 32}, {2, 94, 8}, {2, 102, 8}}) + std::string(48, 'x'),       // two forks
@@ -287,6 +286,41 @@ TEST_F(MetadataTest, DoesNotKeepAnEmptyFolderAlive) {
     ASSERT_EQ(carbon::RemoveOrphanedMetadata(Path("Folder")), noErr);
     EXPECT_FALSE(Exists("Folder/._Gone") || Exists("Folder/._~unfinished-12"));
     EXPECT_TRUE(Exists("Folder/._Here") && Exists("Folder/._Precious"));
+}
+
+// A power failure leaves such a file where a new one was not yet written to the disk.
+TEST_F(MetadataTest, TakesAnEmptyCompanionForNone) {
+    const auto path = Write("File");
+    Write("._File", "");
+    EXPECT_EQ(Read(path).companion, carbon::CompanionState::kNone);
+    EXPECT_EQ(GiveType(path, 'TEXT'), noErr);
+    EXPECT_EQ(TypeOf(path), OSType('TEXT'));
+    Write("._File", "");
+    EXPECT_EQ(PutFork(path, "fork"), noErr);
+    EXPECT_EQ(Fork(path), "fork");
+    Write("._File", "");
+    Write("._Other", "");
+    ASSERT_EQ(carbon::MoveWithMetadata(path, Path("Other")), noErr);
+    EXPECT_FALSE(Exists("._File"));
+    EXPECT_EQ(GiveType(Path("Other"), 'TEXT'), noErr);
+}
+
+// The companion holds no such date, so the change was one of nothing, which took back the call.
+TEST_F(MetadataTest, KeepsTheNearestDateItCanUnderAnOpenFork) {
+    const auto path = Write("File");
+    const FSSpec spec = SpecOf(path);
+    SInt16 number = 0;
+    SInt32 count = 4;
+    ASSERT_EQ(FSpOpenRF(&spec, fsRdWrPerm, &number), noErr);
+    ASSERT_EQ(FSWrite(number, &count, "fork"), noErr);
+    for (const SInt64 date : {-2082844800LL, -1500000000LL, 4000000000LL, 3500000000LL}) {
+        const auto change = [&](Metadata* io) { io->facts.created = date; };
+        EXPECT_EQ(ChangeMetadata(path, change), noErr) << date;
+        EXPECT_EQ(ChangeMetadata(path, change), noErr) << date;
+        const auto created = Read(path).facts.created.value();
+        EXPECT_EQ(created, date < 0 ? kMillennium - 0x7FFFFFFF : kMillennium + 0x7FFFFFFF);
+    }
+    EXPECT_EQ(FSClose(number), noErr);
 }
 
 TEST_F(MetadataTest, HasNoPlaceBesideANameThatIsTooLong) {
