@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "catalog_search/search_criteria.h"
 #include "catalog_search/search_index.h"
+#include "catalog_search/search_limit.h"
 #include "catalog_search/search_position.h"
 #include "file_manager/before_fork.h"
 #include "file_manager/capabilities.h"
@@ -19,7 +21,8 @@ namespace {
 
 constexpr size_t kMostFoldersKept = 250000;  // in memory, between two calls
 constexpr SInt32 kLastRow = 0x7FFFFFFF;
-constexpr UInt32 kEntriesPerLook = 1024;  // at the clock
+constexpr UInt32 kEntriesPerLook = 1024;               // at the clock
+constexpr auto kTurn = std::chrono::milliseconds(10);  // at the catalog while others wait
 
 using Indexes = std::map<std::string, std::unique_ptr<SearchIndex>>;
 
@@ -63,71 +66,88 @@ std::set<std::string> OtherRoots(Objects& ioObjects, const Volume& inVolume) {
     return roots;
 }
 
-// One call.
+// One call, which may let others to the catalog on its way.
 class CatalogSearch {
   public:
-    CatalogSearch(Objects& ioObjects, const Volume& inVolume, const SearchCriteria& inCriteria,
-                  CSParam& ioBlock, Moment inDeadline)
-        : mObjects(ioObjects),
-          mVolume(inVolume),
-          mCriteria(inCriteria),
-          mBlock(ioBlock),
-          mDeadline(inDeadline) {}
+    CatalogSearch(const SearchCriteria& inCriteria, CSParam& ioBlock, Moment inDeadline)
+        : mCriteria(inCriteria), mBlock(ioBlock), mDeadline(inDeadline) {
+        mBlock.ioActMatchCount = 0;
+    }
 
-    OSErr Run(SearchIndex& ioIndex);
+    // The result; nothing when others wait and it is to go on later.
+    std::optional<OSErr> Run(Objects& ioObjects, const Volume& inVolume, SearchIndex& ioIndex);
 
   private:
-    OSErr Prepare(SearchIndex& ioIndex);
-    OSErr Walk(SearchIndex& ioIndex);
+    std::optional<OSErr> Prepare(SearchIndex& ioIndex);
+    std::optional<OSErr> Refresh(SearchIndex& ioIndex);
+    std::optional<OSErr> Walk(SearchIndex& ioIndex);
     void SearchFolderAt(SearchIndex& ioIndex, const SearchFolder& inFolder);
     void SearchRoot();
     void Try(const Folder& inFolder, const std::string& inName);
     void AddIfMatching(const Object& inObject);
     bool IsFull() const { return mBlock.ioActMatchCount >= mBlock.ioReqMatchCount; }
-    bool IsTimeOver() const { return mDeadline != kNever && Clock::now() >= mDeadline; }
-    void Keep() { SetPosition(mVolume.number, mPosition, &mBlock.ioCatPosition); }
+    bool IsTimeOver() const { return mLimit.IsDeadlineOver(); }
+    void Keep() { SetPosition(mVolume->number, mPosition, &mBlock.ioCatPosition); }
 
-    Objects& mObjects;
-    const Volume& mVolume;
     const SearchCriteria& mCriteria;
     CSParam& mBlock;
     const Moment mDeadline;
+    const Moment mBegin = Clock::now();
+    Objects* mObjects = nullptr;  // these two are of one turn
+    const Volume* mVolume = nullptr;
+    SearchLimit mLimit;
     SearchPosition mPosition;
+    bool mIsPrepared = false;
     bool mIsStopped = false;  // in the middle of a folder
 };
 
-OSErr CatalogSearch::Run(SearchIndex& ioIndex) {
-    mBlock.ioActMatchCount = 0;
-    const OSErr error = Prepare(ioIndex);
-    if (error == tmwdoErr) return noErr;  // the time was over before the index was ready
-    if (error != noErr) return error;
-    const OSErr result = Walk(ioIndex);
-    Keep();
+std::optional<OSErr> CatalogSearch::Run(Objects& ioObjects, const Volume& inVolume,
+                                        SearchIndex& ioIndex) {
+    mObjects = &ioObjects;
+    mVolume = &inVolume;
+    mLimit = {mDeadline, Clock::now() + kTurn};
+    if (!mIsPrepared || ioIndex.AllFolders().empty()) {
+        const auto result = Prepare(ioIndex);
+        if (!result || *result == tmwdoErr) return result ? std::optional<OSErr>(noErr) : result;
+        if (*result != noErr) return result;
+        mIsPrepared = true;
+    }
+    const auto result = Walk(ioIndex);
+    if (result) Keep();
     return result;
 }
 
+// Nothing when others wait, tmwdoErr when the time is over.
+std::optional<OSErr> CatalogSearch::Refresh(SearchIndex& ioIndex) {
+    const bool isContinued = mBlock.ioCatPosition.initialize != 0;
+    const auto done =
+        ioIndex.Refresh(*mVolume, OtherRoots(*mObjects, *mVolume), mLimit, mBegin, isContinued);
+    if (done == Refreshed::kFailed) return ioErr;
+    if (done == Refreshed::kDone) return noErr;
+    if (!IsTimeOver()) return std::nullopt;
+    Keep();
+    return tmwdoErr;
+}
+
 // Brings the index up to date and finds where to go on.
-OSErr CatalogSearch::Prepare(SearchIndex& ioIndex) {
+std::optional<OSErr> CatalogSearch::Prepare(SearchIndex& ioIndex) {
     const SInt32 mark = mBlock.ioCatPosition.initialize;
-    if (mark != 0 && mark != MarkOfVolume(mVolume.number)) return catChangedErr;
-    if (mark != 0) mPosition = PositionIn(mBlock.ioCatPosition);
+    if (mark != 0 && mark != MarkOfVolume(mVolume->number)) return catChangedErr;
+    if (mark != 0 && !mIsPrepared) mPosition = PositionIn(mBlock.ioCatPosition);
     const bool goesOn = mPosition.generation != 0;
     if (!goesOn || !ioIndex.IsFresh()) {
-        const auto done = ioIndex.Refresh(mVolume, OtherRoots(mObjects, mVolume), mDeadline);
-        if (done == Refreshed::kFailed) return ioErr;
-        if (done == Refreshed::kTimeOver) {
-            Keep();
-            return tmwdoErr;
-        }
+        const auto result = Refresh(ioIndex);
+        if (result != OSErr(noErr)) return result;
     }
     const bool hasChanged = goesOn && mPosition.generation != ioIndex.Generation();
     mPosition.generation = ioIndex.Generation();
     if (!hasChanged) return noErr;
     Keep();  // whoever goes on all the same may miss matches or meet them twice
+    mBlock.ioActMatchCount = 0;
     return catChangedErr;
 }
 
-OSErr CatalogSearch::Walk(SearchIndex& ioIndex) {
+std::optional<OSErr> CatalogSearch::Walk(SearchIndex& ioIndex) {
     const auto& folders = ioIndex.AllFolders();
     if (mPosition.row == 0 && !IsFull()) SearchRoot();
     auto folder = std::lower_bound(
@@ -137,6 +157,7 @@ OSErr CatalogSearch::Walk(SearchIndex& ioIndex) {
         if (folder->row != mPosition.row) mPosition.entry = 0;
         mPosition.row = SInt32(folder->row);
         if (IsFull() || (!isFirst && IsTimeOver())) return noErr;
+        if (!isFirst && mLimit.IsOver()) return std::nullopt;
         if (folder->isHidden || !mCriteria.MayBeIn(folder->filter)) continue;
         SearchFolderAt(ioIndex, *folder);
         if (mIsStopped) return noErr;
@@ -149,19 +170,19 @@ void CatalogSearch::SearchRoot() {
     Folder folder;
     Object root;
     mPosition.row = 1;
-    if (mObjects.AllFolders().FindByPath(mVolume.root, &folder) != noErr) return;
-    if (mObjects.FindFolder(folder, &root) == noErr) AddIfMatching(root);
+    if (mObjects->AllFolders().FindByPath(mVolume->root, &folder) != noErr) return;
+    if (mObjects->FindFolder(folder, &root) == noErr) AddIfMatching(root);
 }
 
 // An entry that is gone meanwhile is no match.
 void CatalogSearch::Try(const Folder& inFolder, const std::string& inName) {
     Object object;
-    if (mObjects.FindInFolder(inFolder, inName, &object) == noErr) AddIfMatching(object);
+    if (mObjects->FindInFolder(inFolder, inName, &object) == noErr) AddIfMatching(object);
 }
 
 void CatalogSearch::AddIfMatching(const Object& inObject) {
-    LiveObject object(mObjects, inObject);
-    if (inObject.spec.vRefNum != mVolume.number || !mCriteria.Matches(object)) return;
+    LiveObject object(*mObjects, inObject);
+    if (inObject.spec.vRefNum != mVolume->number || !mCriteria.Matches(object)) return;
     mBlock.ioMatchPtr[mBlock.ioActMatchCount++] = inObject.spec;
 }
 
@@ -177,42 +198,63 @@ void CatalogSearch::SearchFolderAt(SearchIndex& ioIndex, const SearchFolder& inF
         mPosition.entry = done;
         if (mCriteria.Ask(entry) == Answer::kNo) continue;
         const auto path = folder.id == 0 ? ioIndex.PathOf(inFolder) : std::string();
-        if (folder.id == 0 && mObjects.AllFolders().FindByPath(path, &folder) != noErr) return;
+        if (folder.id == 0 && mObjects->AllFolders().FindByPath(path, &folder) != noErr) return;
         Try(folder, std::string(entry.name));
         mIsStopped = IsFull() || IsTimeOver();
     }
 }
 
-OSErr SearchVolume(Objects& ioObjects, const Volume& inVolume, const SearchCriteria& inCriteria,
-                   CSParam& ioBlock, Moment inDeadline) {
-    constexpr int kMostTries = 2;
-    const CatPositionRec position = ioBlock.ioCatPosition;
-    for (int i = 0; i < kMostTries; ++i) {
-        SearchIndex* index = IndexOf(inVolume);
-        if (!index) return ioErr;
-        CatalogSearch search(ioObjects, inVolume, inCriteria, ioBlock, inDeadline);
-        const OSErr result = search.Run(*index);
-        const bool isDamaged = index->Store().File().IsDamaged();
-        const bool isLarge = index->AllFolders().size() > kMostFoldersKept;
-        if (isDamaged || isLarge || result == ioErr) CloseIndex(inVolume, isDamaged);
-        if (!isDamaged) return result;
-        ioBlock.ioCatPosition = position;
+// Damage sets the index aside; the search begins again with a new one.
+std::optional<OSErr> TakeTurn(Objects& ioObjects, const Volume& inVolume, CatalogSearch& ioSearch,
+                              bool* outIsDamaged) {
+    SearchIndex* index = IndexOf(inVolume);
+    *outIsDamaged = false;
+    if (!index) return ioErr;
+    const auto result = ioSearch.Run(ioObjects, inVolume, *index);
+    *outIsDamaged = index->Store().File().IsDamaged();
+    const bool isLarge = index->AllFolders().size() > kMostFoldersKept;
+    const bool isOver = result && (isLarge || *result == ioErr);
+    if (*outIsDamaged || isOver) CloseIndex(inVolume, *outIsDamaged);
+    return result;
+}
+
+// The volume, as long as it is there and has an index.
+OSErr FindVolume(Objects& ioObjects, const CSParam& inBlock, std::optional<Volume>* outVolume) {
+    const Volume* found = VolumeByName(ioObjects, inBlock.ioNamePtr, inBlock.ioVRefNum);
+    if (!found) return nsvErr;
+    *outVolume = *found;
+    const bool hasIndex = !found->tablePath.empty();
+    return !hasIndex || Lacks(*found, kPlatformMountNoCatalogSearch) ? OSErr(paramErr)
+                                                                     : OSErr(noErr);
+}
+
+OSErr SearchWith(const SearchCriteria& inCriteria, CSParam& ioBlock, Moment inDeadline,
+                 bool* outIsDamaged) {
+    CatalogSearch search(inCriteria, ioBlock, inDeadline);
+    Catalog catalog;
+    for (;; catalog.LetOthersIn()) {
+        std::optional<Volume> volume;
+        if (const OSErr error = FindVolume(*catalog, ioBlock, &volume)) return error;
+        const auto result = TakeTurn(*catalog, *volume, search, outIsDamaged);
+        if (*outIsDamaged) return ioErr;
+        if (result) return *result;
     }
-    return ioErr;
 }
 
 OSErr Search(CSParam& ioBlock) {
+    constexpr int kMostTries = 2;
     const Moment deadline = DeadlineOf(ioBlock.ioSearchTime);
     SearchCriteria criteria;
     ioBlock.ioActMatchCount = 0;
     if (const OSErr error = criteria.Take(ioBlock)) return error;
-    const Catalog catalog;
-    const Volume* found = VolumeByName(*catalog, ioBlock.ioNamePtr, ioBlock.ioVRefNum);
-    if (!found) return nsvErr;
-    const Volume volume = *found;
-    const bool hasIndex = !volume.tablePath.empty();
-    if (!hasIndex || Lacks(volume, kPlatformMountNoCatalogSearch)) return paramErr;
-    return SearchVolume(*catalog, volume, criteria, ioBlock, deadline);
+    const CatPositionRec position = ioBlock.ioCatPosition;
+    bool isDamaged = true;
+    OSErr result = noErr;
+    for (int i = 0; isDamaged && i < kMostTries; ++i) {
+        ioBlock.ioCatPosition = position;
+        result = SearchWith(criteria, ioBlock, deadline, &isDamaged);
+    }
+    return result;
 }
 
 }  // namespace

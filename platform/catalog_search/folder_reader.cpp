@@ -15,6 +15,7 @@
 
 #include "catalog_search/search_entries.h"
 #include "file_manager/attribute_metadata.h"
+#include "file_manager/folder_listing.h"
 #include "file_manager/names.h"
 
 namespace carbon {
@@ -76,10 +77,11 @@ Listing ReadListing(DIR* inFolder) {
     while (const dirent* entry = readdir(inFolder)) {
         const std::string name = entry->d_name;
         if (name == "." || name == "..") continue;
-        if (IsCompanionName(name)) {
+        const bool isFolder = IsFolder(inFolder, *entry);
+        if (IsHiddenEntry(name, isFolder)) {
             listing.companions.insert(name.substr(2));
         } else {
-            listing.names.push_back({KeyOf(name), name, IsFolder(inFolder, *entry)});
+            listing.names.push_back({KeyOf(name), name, isFolder});
         }
     }
     std::sort(listing.names.begin(), listing.names.end(),

@@ -18,10 +18,6 @@ SInt64 Nanoseconds(const timespec& inTime) {
     return inTime.tv_sec * kNanoseconds + inTime.tv_nsec;
 }
 
-bool IsOver(Moment inDeadline) {
-    return inDeadline != kNever && Clock::now() >= inDeadline;
-}
-
 std::string IndexPath(const Volume& inVolume) {
     const auto& table = inVolume.tablePath;
     return table.empty() ? "" : table.substr(0, table.rfind('.')) + ".search.db";
@@ -113,45 +109,53 @@ void SearchIndex::Compare(UInt32 inPlace) {
 }
 
 // False when the time is over.
-bool SearchIndex::FindChanged(Moment inDeadline) {
+bool SearchIndex::FindChanged(const SearchLimit& inLimit) {
     if (mNext == 0) mPending.clear();
     mParent = UniqueFd();
     for (UInt32 done = 1; mNext < mFolders.size(); ++done) {
         Compare(mNext++);
-        if (done % kFoldersPerLook == 0 && IsOver(inDeadline)) break;
+        if (done % kFoldersPerLook == 0 && inLimit.IsOver()) break;
     }
     mParent = UniqueFd();
     return mNext == mFolders.size();
 }
 
 Refreshed SearchIndex::Refresh(const Volume& inVolume, const std::set<std::string>& inOthers,
-                               Moment inDeadline) {
+                               const SearchLimit& inLimit, Moment inBegin, bool inMayResume) {
     mRoot = inVolume.root;
     mDevice = inVolume.device;
     mOthers = inOthers;
     mOtherNames.clear();
     for (const auto& root : mOthers) mOtherNames.insert(LeafOfPath(root));
+    // What was compared before the caller began may have changed before that, too.
+    if (mBegun < inBegin && !inMayResume) mNext = 0;
     SInt64 version;
     do {
         if (!LoadIfStale()) return Refreshed::kFailed;
         version = mVersion;
-        const Moment start = Clock::now();
-        const bool isWhole = mNext == 0;
-        if (!FindChanged(inDeadline)) return Refreshed::kTimeOver;
-        mNext = 0;
-        mChildren.reset();
-        mCompared = Clock::now();
-        mEffort = isWhole ? mCompared - start : Clock::duration::zero();
+        const bool isCompared = mNext == 0 && !mPending.empty() && mBegun >= inBegin;
+        if (!isCompared && !CompareAll(inLimit, inBegin)) return Refreshed::kTimeOver;
         while (!mPending.empty() && version == mVersion) {
-            if (!ReadSome(inDeadline)) return Refreshed::kFailed;
-            if (!mPending.empty() && IsOver(inDeadline)) return Refreshed::kTimeOver;
+            if (!ReadSome(inLimit)) return Refreshed::kFailed;
+            if (!mPending.empty() && inLimit.IsOver()) return Refreshed::kTimeOver;
         }
     } while (version != mVersion);  // another process wrote: its work is not done twice
     return Refreshed::kDone;
 }
 
+// False when the time is over.
+bool SearchIndex::CompareAll(const SearchLimit& inLimit, Moment inBegin) {
+    if (mNext == 0) mBegun = Clock::now();
+    if (!FindChanged(inLimit)) return false;
+    mNext = 0;
+    mChildren.reset();
+    mCompared = Clock::now();
+    mEffort = mBegun >= inBegin ? mCompared - mBegun : Clock::duration::zero();
+    return true;
+}
+
 // Reads folders from the end of the list, and writes them at one stroke.
-bool SearchIndex::ReadSome(Moment inDeadline) {
+bool SearchIndex::ReadSome(const SearchLimit& inLimit) {
     Transaction transaction(mStore->File());
     if (!transaction.IsOpen()) return false;
     if (mStore->DataVersion() != mVersion) {
@@ -167,7 +171,7 @@ bool SearchIndex::ReadSome(Moment inDeadline) {
         folder.isHidden =
             !isRoot && (folder.isGone || mFolders[folder.parent].isHidden || IsOthers(folder));
         if (!folder.isHidden) isSound = ReadOne(place);
-        if (i % kFoldersPerLook == 0 && IsOver(inDeadline)) break;
+        if (i % kFoldersPerLook == 0 && inLimit.IsOver()) break;
     }
     isSound = isSound && CommitGeneration() && transaction.Commit();
     if (!isSound) mFolders.clear();  // memory and file differ now

@@ -7,10 +7,10 @@
 #include <set>
 
 #include "catalog_search/folder_reader.h"
+#include "catalog_search/search_limit.h"
 #include "catalog_search/search_store.h"
 #include "file_manager/volume_registry.h"
 #include "posix/UniqueFd.h"
-#include "posix/deadline.h"
 
 namespace carbon {
 
@@ -26,9 +26,10 @@ class SearchIndex {
     static std::unique_ptr<SearchIndex> Open(const Volume& inVolume);
 
     // Compares every folder with the disk and reads again what has changed. `inOthers` are the
-    // roots of other volumes, which belong to those.
+    // roots of other volumes, which belong to those. `inBegin` is when the caller began: it may go
+    // on where its own last refresh stopped, and where an earlier one did only if `inMayResume`.
     Refreshed Refresh(const Volume& inVolume, const std::set<std::string>& inOthers,
-                      Moment inDeadline);
+                      const SearchLimit& inLimit, Moment inBegin, bool inMayResume);
     // Whether so little time has passed since the last comparison that another one would take
     // longer than all the rest.
     bool IsFresh() const;
@@ -47,13 +48,14 @@ class SearchIndex {
     explicit SearchIndex(std::unique_ptr<SearchStore> inStore) : mStore(std::move(inStore)) {}
 
     bool LoadIfStale();
-    bool FindChanged(Moment inDeadline);
+    bool CompareAll(const SearchLimit& inLimit, Moment inBegin);
+    bool FindChanged(const SearchLimit& inLimit);
     void Compare(UInt32 inPlace);
     bool IsOthers(const SearchFolder& inFolder) const;
     bool IsChanged(SearchFolder& ioFolder);
     int LookAt(const SearchFolder& inFolder, struct stat* outFacts);
     bool HasSibling(const SearchFolder& inFolder) const;
-    bool ReadSome(Moment inDeadline);
+    bool ReadSome(const SearchLimit& inLimit);
     bool ReadOne(UInt32 inPlace);
     bool Store(UInt32 inPlace, const FolderContents& inContents);
     bool UpdateChildren(UInt32 inPlace, const std::vector<std::string>& inNames);
@@ -75,9 +77,10 @@ class SearchIndex {
     std::optional<std::vector<std::pair<UInt32, UInt32>>> mChildren;
     SInt64 mVersion = -1;  // of the file, when it was loaded
     UInt32 mGeneration = 0;
-    bool mHasChanged = false;  // since the generation was counted
-    Moment mCompared{};
-    Clock::duration mEffort{};  // of the last comparison that was made at one stroke
+    bool mHasChanged = false;   // since the generation was counted
+    Moment mBegun{};            // of the comparison that goes on, or was the last
+    Moment mCompared{};         // and its end
+    Clock::duration mEffort{};  // of the last comparison, if one call made it
 };
 
 }  // namespace carbon

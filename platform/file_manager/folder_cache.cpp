@@ -106,7 +106,7 @@ void FolderCache::TakeNotice(int inWatch, UInt32 inWhat, const char* inName) {
         } else if (inWhat & (IN_CREATE | IN_MOVED_TO)) {
             listing.folder.Add(inName, inWhat & IN_ISDIR);
         } else {
-            listing.folder.Remove(inName);
+            listing.folder.Remove(inName, inWhat & IN_ISDIR);
         }
         // The names of what is gone keep their room until then.
         if (listing.folder.Footprint() > 2 * listing.footprint + kSlack) listing.isStale = true;

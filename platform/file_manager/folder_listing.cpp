@@ -1,6 +1,7 @@
 // Owns reading folders, and hides in them what belongs to other files.
 #include "file_manager/folder_listing.h"
 
+#include <Carbon/MacErrors.h>
 #include <dirent.h>
 
 #include <cerrno>
@@ -8,7 +9,6 @@
 #include <memory>
 
 #include "file_manager/names.h"
-#include "file_manager/object_status.h"
 #include "posix/os_err.h"
 
 namespace carbon {
@@ -34,12 +34,36 @@ OSErr ForEachEntry(const std::string& inPath, Visit inVisit) {
     return OSErrFromErrno(errno);
 }
 
+bool IsShown(const std::string& inFolder, const dirent& inEntry) {
+    if (!IsCompanionName(inEntry.d_name)) return true;
+    return IsFolderEntry(inFolder, inEntry.d_name, inEntry.d_type);
+}
+
 }  // namespace
+
+bool IsFolderEntry(const std::string& inFolder, std::string_view inName, UInt8 inType) {
+    if (inType != DT_UNKNOWN) return inType == DT_DIR;
+    ObjectStatus status;
+    const auto path = PathInFolder(inFolder, std::string(inName));
+    return StatusOfObject(path, &status) == noErr && status.IsFolder();
+}
+
+bool IsHiddenEntry(std::string_view inDiskName, bool inIsFolder) {
+    return !inIsFolder && IsCompanionName(inDiskName);
+}
+
+OSErr StatusOfEntry(const std::string& inFolder, const std::string& inDiskName,
+                    ObjectStatus* outStatus) {
+    const OSErr error = StatusOfObject(PathInFolder(inFolder, inDiskName), outStatus);
+    if (error != noErr || !IsHiddenEntry(inDiskName, outStatus->IsFolder())) return error;
+    *outStatus = {};
+    return fnfErr;
+}
 
 OSErr ReadFolder(const std::string& inPath, std::vector<std::string>* outNames) {
     outNames->clear();
     return ForEachEntry(inPath, [&](const dirent& inEntry) {
-        if (!IsCompanionName(inEntry.d_name)) outNames->emplace_back(inEntry.d_name);
+        if (IsShown(inPath, inEntry)) outNames->emplace_back(inEntry.d_name);
         return true;
     });
 }
@@ -55,7 +79,7 @@ OSErr VisitFolder(const std::string& inPath,
 OSErr CountEntries(const std::string& inPath, UInt32* outCount) {
     *outCount = 0;
     return ForEachEntry(inPath, [&](const dirent& inEntry) {
-        if (!IsCompanionName(inEntry.d_name)) ++*outCount;
+        if (IsShown(inPath, inEntry)) ++*outCount;
         return true;
     });
 }
@@ -66,7 +90,8 @@ std::optional<std::string> NameOfInode(const std::string& inFolder, UInt64 inIno
                                        const std::function<bool(const std::string&)>& inIsIt) {
     std::optional<std::string> name;
     ForEachEntry(inFolder, [&](const dirent& inEntry) {
-        if (inEntry.d_ino == inInode && inIsIt(PathInFolder(inFolder, inEntry.d_name))) {
+        if (inEntry.d_ino == inInode && IsShown(inFolder, inEntry) &&
+            inIsIt(PathInFolder(inFolder, inEntry.d_name))) {
             name = inEntry.d_name;
         }
         return !name;

@@ -9,9 +9,22 @@
 #include <string_view>
 #include <vector>
 
+#include "file_manager/object_status.h"
+
 namespace carbon {
 
-// All names in a folder but "." and "..", companions ("._name") left out, in no order.
+// Companions belong to other objects: whatever is called "._name" and is no folder is none itself,
+// also without its object. Nobody is shown it, and no name leads to it.
+bool IsHiddenEntry(std::string_view inDiskName, bool inIsFolder);
+
+// `inType` is DT_DIR and its like; where the file system does not tell it, the entry is asked.
+bool IsFolderEntry(const std::string& inFolder, std::string_view inName, UInt8 inType);
+
+// What an entry is, as far as it is one: fnfErr for hidden ones.
+OSErr StatusOfEntry(const std::string& inFolder, const std::string& inDiskName,
+                    ObjectStatus* outStatus);
+
+// All names in a folder but "." and "..", hidden ones left out, in no order.
 OSErr ReadFolder(const std::string& inPath, std::vector<std::string>* outNames);
 
 // Calls `inVisit` with the name and type (DT_REG and its like) of each entry but "." and "..",

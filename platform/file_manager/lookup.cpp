@@ -13,7 +13,7 @@ namespace carbon {
 namespace {
 
 OSErr StatusIn(const Folder& inFolder, Entry* ioEntry) {
-    return StatusOfObject(PathInFolder(inFolder.path, ioEntry->diskName), &ioEntry->status);
+    return StatusOfEntry(inFolder.path, ioEntry->diskName, &ioEntry->status);
 }
 
 bool IsSame(const Volume& inVolume, const ObjectStatus& inStatus, const IdRecord& inRecord) {

@@ -4,11 +4,15 @@
 #include <Carbon/MacErrors.h>
 #include <pthread.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <mutex>
+#include <thread>
 
 #include "file_manager/before_fork.h"
+#include "file_manager/exchanged_files.h"
 #include "file_manager/folder_listing.h"
 #include "file_manager/lookup.h"
 #include "file_manager/names.h"
@@ -19,6 +23,7 @@ namespace carbon {
 namespace {
 
 constexpr size_t kMostRemembered = 16384;
+constexpr size_t kMostSuccessors = 256;
 
 FSSpec SpecOf(FSVolumeRefNum inVolume, SInt32 inParent, std::string_view inName) {
     FSSpec spec{};
@@ -149,7 +154,7 @@ OSErr Objects::FindInFolder(const Folder& inFolder, const std::string& inDiskNam
                             Object* outObject) {
     Entry entry{inDiskName, {}};
     const auto path = PathInFolder(inFolder.path, inDiskName);
-    const OSErr error = StatusOfObject(path, &entry.status);
+    const OSErr error = StatusOfEntry(inFolder.path, inDiskName, &entry.status);
     if (error == noErr) return TakeEntry(inFolder, entry, outObject);
     if (error != fnfErr) return error;
     const auto name = SpecNameOf(inDiskName);
@@ -168,6 +173,32 @@ OSErr Objects::FindByPath(const std::string& inPath, Object* outObject) {
 }
 
 OSErr Objects::FindByRef(const FSRef& inRef, Object* outObject) {
+    if (mSuccessors.empty()) return FindPresentByRef(inRef, outObject);
+    return FindPresentByRef(RefToSuccessor(inRef), outObject);
+}
+
+FSRef Objects::RefToSuccessor(const FSRef& inRef) const {
+    auto reference = ReferenceFromRef(inRef);
+    if (!reference) return inRef;
+    for (const auto& [old, now] : mSuccessors) {
+        if (!reference->identity.IsSameAs(old)) continue;
+        reference->identity = now;
+        return RefFromReference(*reference);
+    }
+    return inRef;
+}
+
+// Without the moment of birth the old one might be mistaken for another that gets its inode later.
+void Objects::NoteSuccessor(const ObjectIdentity& inOld, const ObjectIdentity& inNew) {
+    if (inOld.birth == 0 || inNew.birth == 0) return;
+    for (auto& [old, now] : mSuccessors) {
+        if (now.IsSameAs(inOld)) now = inNew;
+    }
+    if (mSuccessors.size() >= kMostSuccessors) mSuccessors.erase(mSuccessors.begin());
+    mSuccessors.emplace_back(inOld, inNew);
+}
+
+OSErr Objects::FindPresentByRef(const FSRef& inRef, Object* outObject) {
     const auto key = KeyOf(inRef);
     if (Recall(key, outObject)) return noErr;
     OSErr error = FindEntryByRef(inRef, outObject);
@@ -246,7 +277,19 @@ FSRef Objects::RefToParent(const Object& inObject) {
 
 namespace {
 
+constexpr auto kPause = std::chrono::microseconds(50);
+constexpr int kMostPauses = 200;
+
 std::mutex sMutex;
+std::atomic<int> sWaiting{0};   // threads at the lock
+std::atomic<UInt32> sTurns{0};  // how often it was taken
+
+void TakeTurn() {
+    ++sWaiting;
+    sMutex.lock();
+    --sWaiting;
+    ++sTurns;
+}
 
 Objects& SharedObjects() {
     static Objects& sObjects = *new Objects;  // outlives every static that may still ask
@@ -257,7 +300,7 @@ Objects& SharedObjects() {
 // the child does not hold. So no handle is open while a process forks, and both go on with new
 // ones.
 void BeforeFork() {
-    sMutex.lock();
+    TakeTurn();
     SharedObjects().AllFolders().CloseTables();
     CloseForFork();
 }
@@ -268,6 +311,7 @@ void AfterForkInParent() {
 
 void AfterForkInChild() {
     SharedObjects().AllFolders().Registry().ForgetWatch();
+    sWaiting = 0;  // those threads are the parent's
     sMutex.unlock();
 }
 
@@ -276,11 +320,25 @@ void AfterForkInChild() {
 Catalog::Catalog() {
     static const int sRegistered = pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild);
     static_cast<void>(sRegistered);
-    sMutex.lock();
+    TakeTurn();
+    FinishExchanges(SharedObjects());
 }
 
 Catalog::~Catalog() {
     sMutex.unlock();
+}
+
+bool Catalog::IsAwaited() {
+    return sWaiting > 0;
+}
+
+// A mutex that is given up and taken at once is mostly got by who gave it up.
+void Catalog::LetOthersIn() {
+    const UInt32 turn = sTurns;
+    sMutex.unlock();
+    for (int i = 0; i < kMostPauses && IsAwaited() && turn == sTurns; ++i)
+        std::this_thread::sleep_for(kPause);
+    TakeTurn();
 }
 
 Objects& Catalog::operator*() const {

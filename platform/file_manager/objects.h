@@ -5,6 +5,8 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "file_manager/folder_cache.h"
 #include "file_manager/folder_walk.h"
@@ -40,6 +42,10 @@ class Objects {
     // The root of a volume.
     OSErr FindRoot(const Volume& inVolume, Object* outObject);
 
+    // A file has taken the place of another, by name and for good: references of this process to
+    // the old one mean the new one from now on.
+    void NoteSuccessor(const ObjectIdentity& inOld, const ObjectIdentity& inNew);
+
     FSRef RefTo(const Object& inObject) const;
     // The reference to the folder that an object lies in; one that names nothing for a root.
     FSRef RefToParent(const Object& inObject);
@@ -50,7 +56,9 @@ class Objects {
 
   private:
     OSErr FindEntryBySpec(const FSSpec& inSpec, Object* outObject);
+    OSErr FindPresentByRef(const FSRef& inRef, Object* outObject);
     OSErr FindEntryByRef(const FSRef& inRef, Object* outObject);
+    FSRef RefToSuccessor(const FSRef& inRef) const;
     OSErr FindMoved(const FSRef& inRef, Object* outObject);
     bool Recall(const std::string& inKey, Object* outObject);
     void Remember(const std::string& inKey, const Object& inObject);
@@ -60,6 +68,7 @@ class Objects {
     FolderWalk mWalk;
     std::unordered_map<std::string, Object> mKnown;
     UInt64 mEdition = 0;  // of the registry, when mKnown began
+    std::vector<std::pair<ObjectIdentity, ObjectIdentity>> mSuccessors;  // old ones and new ones
 };
 
 // The one catalog of this process, for as long as this lives. Nothing in here takes it twice.
@@ -69,6 +78,11 @@ class Catalog {
     ~Catalog();
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
+
+    // Whether somebody waits for the catalog. Whoever has long to do asks now and then, and lets
+    // others in: what was known of objects, volumes and tables may be different then.
+    static bool IsAwaited();
+    void LetOthersIn();
 
     Objects& operator*() const;
     Objects* operator->() const { return &**this; }

@@ -53,13 +53,6 @@ std::array<UInt64, 2> KeyOfDiskName(std::string_view inDiskName) {
     return KeyOf({folded, length});
 }
 
-bool IsFolderAt(const std::string& inFolder, std::string_view inName, UInt8 inType) {
-    if (inType != DT_UNKNOWN) return inType == DT_DIR;
-    ObjectStatus status;
-    const auto path = PathInFolder(inFolder, std::string(inName));
-    return StatusOfObject(path, &status) == noErr && status.IsFolder();
-}
-
 }  // namespace
 
 bool SortedFolder::IsBefore(const Entry& inOne, const Entry& inOther) const {
@@ -79,11 +72,12 @@ OSErr SortedFolder::Read(const std::string& inPath) {
     *this = {};
     std::unordered_set<std::string> owners;
     const OSErr error = VisitFolder(inPath, [&](std::string_view inName, UInt8 inType) {
-        if (IsCompanionName(inName)) {
+        const bool isFolder = IsFolderEntry(inPath, inName, inType);
+        if (IsHiddenEntry(inName, isFolder)) {
             owners.emplace(inName.substr(kCompanionPrefix));
             return;
         }
-        mEntries.push_back(MakeEntry(inName, IsFolderAt(inPath, inName, inType)));
+        mEntries.push_back(MakeEntry(inName, isFolder));
         if (!mEntries.back().isFolder) ++mFileCount;
     });
     mHasCompanions = !owners.empty();
@@ -117,7 +111,7 @@ void SortedFolder::MarkCompanion(std::string_view inOwner, bool inHasOne) {
 }
 
 void SortedFolder::Add(std::string_view inDiskName, bool inIsFolder) {
-    if (IsCompanionName(inDiskName)) {
+    if (IsHiddenEntry(inDiskName, inIsFolder)) {
         mHasCompanions = true;
         MarkCompanion(inDiskName.substr(kCompanionPrefix), true);
         return;
@@ -133,8 +127,8 @@ void SortedFolder::Add(std::string_view inDiskName, bool inIsFolder) {
     if (!inIsFolder) ++mFileCount;
 }
 
-void SortedFolder::Remove(std::string_view inDiskName) {
-    if (IsCompanionName(inDiskName)) {
+void SortedFolder::Remove(std::string_view inDiskName, bool inIsFolder) {
+    if (IsHiddenEntry(inDiskName, inIsFolder)) {
         MarkCompanion(inDiskName.substr(kCompanionPrefix), false);
         return;
     }

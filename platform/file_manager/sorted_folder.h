@@ -27,7 +27,7 @@ class SortedFolder {
 
     // A name that has come or gone since; that it is there, or gone, already is no accident.
     void Add(std::string_view inDiskName, bool inIsFolder);
-    void Remove(std::string_view inDiskName);
+    void Remove(std::string_view inDiskName, bool inIsFolder);
 
     UInt32 Count() const { return UInt32(mEntries.size()); }
     UInt32 CountFiles() const { return mFileCount; }

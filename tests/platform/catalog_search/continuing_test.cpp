@@ -94,6 +94,50 @@ TEST_F(ContinuedSearch, GetsThroughInTheSmallestTime) {
     EXPECT_GT(calls, 2);
 }
 
+// The first search reads the whole volume, and nobody else got to a file meanwhile.
+TEST_F(ContinuedSearch, LetsOtherThreadsToTheCatalogOnItsWay) {
+    constexpr int kFolders = 3000, kWanted = 5;
+    for (int i = 0; i < kFolders; ++i) {
+        const auto folder = "disk/folder" + std::to_string(i);
+        MakeFolder(folder);
+        Write(folder + "/file");
+    }
+    const FSSpec root = SpecOf(Path("disk"));
+    std::atomic<bool> isOver = false;
+    OSErr result = noErr;
+    Search search(mVolume, 0, kFolders + 1);
+    std::thread searcher([&] {
+        result = search.OnlyFiles().Run();
+        isOver = true;
+    });
+    const auto entries = [] { return std::filesystem::exists(IndexFile()); };
+    int calls = 0;
+    bool hasBegun = false;
+    while (!isOver) {
+        FSRef ref;
+        EXPECT_EQ(FSpMakeFSRef(&root, &ref), noErr);
+        if (hasBegun && !isOver) ++calls;
+        hasBegun = hasBegun || entries();
+    }
+    searcher.join();
+    EXPECT_EQ(result, eofErr);
+    EXPECT_EQ(search.block.ioActMatchCount, kFolders);
+    EXPECT_GE(calls, kWanted);
+}
+
+// A search that begins has to see what was changed before it, whatever another one had looked at.
+TEST_F(ContinuedSearch, BegunAnewDoesNotGoOnWhereAnotherStopped) {
+    for (int i = 0; i < 600; ++i) MakeFolder("disk/folder" + std::to_string(i));
+    EXPECT_EQ(All(), (Strings{}));
+    WaitForATick();
+    EXPECT_EQ(All(), (Strings{}));
+    Search halted(mVolume, 0, 10);
+    halted.OnlyFiles().block.ioSearchTime = -1;
+    EXPECT_EQ(halted.Run(), noErr);
+    Write("disk/new");
+    EXPECT_EQ(All(), (Strings{"new"}));
+}
+
 TEST_F(ContinuedSearch, SeesWhatOtherProgramsDo) {
     MakeFolder("disk/folder");
     Write("disk/folder/one");

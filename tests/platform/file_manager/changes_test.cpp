@@ -153,6 +153,46 @@ TEST_F(ChangesTest, LeaveCompanionsInAFolderThatStays) {
     EXPECT_TRUE(Exists("Disk/Folder/._File"));
 }
 
+// The resource fork of a file went when its companion was deleted by name.
+TEST_F(ChangesTest, NeverReachACompanionByItsName) {
+    ASSERT_EQ(Create("File"), noErr);
+    MakeFolder("Disk/Folder");
+    Write("Disk/._Stray", "no AppleDouble file, and nobody's");
+    const auto before = std::filesystem::file_size(Path("Disk/._File"));
+    for (const auto* name : {"._File", "._fILE", "._Stray"}) {
+        FSSpec spec;
+        SInt16 number = 0;
+        CInfoPBRec info;
+        EXPECT_EQ(MakeSpec(mVolume, 2, name, &spec), fnfErr) << name;
+        EXPECT_EQ(Delete(name), fnfErr) << name;
+        EXPECT_EQ(Rename(name, "Other"), fnfErr) << name;
+        EXPECT_EQ(Move(name, FolderID("Folder")), fnfErr) << name;
+        EXPECT_EQ(HOpenDF(mVolume, 2, PString(name), fsRdWrPerm, &number), fnfErr) << name;
+        EXPECT_EQ(HSetFLock(mVolume, 2, PString(name)), fnfErr) << name;
+        EXPECT_EQ(GetInfo(2, name, &info), fnfErr) << name;
+        EXPECT_EQ(Create(name), bdNamErr) << name;
+        EXPECT_EQ(Rename("File", name), bdNamErr) << name;
+    }
+    FSRef ref;
+    EXPECT_EQ(RefOf(Path("Disk/._File"), &ref), fnfErr);
+    EXPECT_EQ(std::filesystem::file_size(Path("Disk/._File")), before);
+    EXPECT_TRUE(Exists("Disk/._Stray"));
+    EXPECT_EQ(Entries(2), (std::vector<std::string>{"File", "Folder"}));
+}
+
+// A folder is nobody's companion: hidden, it would be in the way of deleting the one around it.
+TEST_F(ChangesTest, TreatAFolderThatIsNamedLikeACompanionAsAFolder) {
+    MakeFolder("Disk/Folder/._Inner");
+    Write("Disk/Folder/._Inner/File");
+    const SInt32 folder = FolderID("Folder");
+    EXPECT_EQ(Entries(folder), (std::vector<std::string>{"._Inner"}));
+    EXPECT_EQ(Delete("Folder"), fBsyErr);
+    EXPECT_EQ(HDelete(mVolume, folder, PString(":._Inner:File")), noErr);
+    EXPECT_EQ(HDelete(mVolume, folder, PString("._Inner")), noErr);
+    EXPECT_EQ(Entries(folder), (std::vector<std::string>{}));
+    EXPECT_EQ(Delete("Folder"), noErr);
+}
+
 TEST_F(ChangesTest, RefuseToDeleteRenameOrMoveWhatIsLocked) {
     ASSERT_EQ(Create("File"), noErr);
     MakeFolder("Disk/Folder");
