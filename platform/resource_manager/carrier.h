@@ -42,8 +42,9 @@ class ForkCarrier {
     bool mIsWritable = false;
 };
 
-// Bytes in place of a file's, at one stroke, with its mode and its attributes. Codes of the file
-// system; the old file is then still there.
+// Bytes in place of a file's, at one stroke, with its owner, mode, attributes and creation date.
+// Linux: other names (hard links) of the old file keep the old bytes. Codes of the file system; the
+// old file is then still there.
 OSErr ReplaceFile(const std::string& inPath, const std::vector<UInt8>& inBytes);
 
 }  // namespace carbon

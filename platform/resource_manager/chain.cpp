@@ -1,10 +1,12 @@
 // Owns which files are open, their order, and which one is current.
 #include <Carbon/MacErrors.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "file_manager/catalog.h"
+#include "file_manager/objects.h"
 #include "resource_manager/application_file.h"
 #include "resource_manager/internal.h"
 
@@ -96,9 +98,27 @@ void Chain::Attach() {
     if (OpenOnChain(*this, spec, found->kind, fsRdPerm, &number) == noErr) mApplication = mCurrent;
 }
 
-ChainAccess::ChainAccess() {
+namespace {
+
+std::mutex& ChainMutex() {
     static auto& mutex = *new std::mutex;  // outlives static objects that call from destructors
-    mLock = std::unique_lock(mutex);
+    return mutex;
+}
+
+// A child of a process with threads finds the chain whole and free. Calls on resources ask the
+// catalog, so before a fork, too, the chain is taken first: what is registered last comes first.
+int GuardForks() {
+    static_cast<void>(Catalog());  // which registers its own
+    const auto release = [] { ChainMutex().unlock(); };
+    return pthread_atfork([] { ChainMutex().lock(); }, release, release);
+}
+
+}  // namespace
+
+ChainAccess::ChainAccess() {
+    static const int sRegistered = GuardForks();
+    static_cast<void>(sRegistered);
+    mLock = std::unique_lock(ChainMutex());
 }
 
 Chain& ChainAccess::operator*() const {

@@ -5,6 +5,11 @@
 #include <sys/wait.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <atomic>
 #include <random>
 #include <set>
 #include <thread>
@@ -129,6 +134,70 @@ TEST_F(Sharing, ADataForkStaysItsWritersAfterAnUpdate) {
     }
     CloseResFile(number);
     EXPECT_TRUE(opens("3"));
+}
+
+TEST_F(Sharing, AnUpdateOfADataForkChangesNothingElseOfTheFile) {
+    const auto path = Write("data", "");
+    FSRef ref;
+    ASSERT_EQ(RefOf(path, &ref), noErr);
+    ASSERT_EQ(FSCreateResourceFork(&ref, 0, nullptr, 0), noErr);
+    const bool isRoot = geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(chown(path.c_str(), 12345, 12346), 0);
+    }
+    ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+    const bool hasAttributes = setxattr(path.c_str(), "user.note", "text", 4, 0) == 0;
+    std::filesystem::create_hard_link(path, Path("second name"));
+    const auto created = InfoOf(path).createDate;
+    while (time(nullptr) + 2082844800 <= SInt64(created.lowSeconds) + 1)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    ResFileRefNum number = -1;
+    ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdWrPerm, &number), noErr);
+    Add('TEXT', 128, "text");
+    CloseResFile(number);
+    ASSERT_EQ(ResError(), noErr);
+    struct stat facts;
+    ASSERT_EQ(stat(path.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 07777, 0640u);
+    EXPECT_EQ(facts.st_uid, isRoot ? 12345 : geteuid());
+    EXPECT_EQ(facts.st_gid, isRoot ? 12346 : getegid());
+    EXPECT_EQ(+InfoOf(path).createDate.lowSeconds, +created.lowSeconds);
+    char note[5] = "";
+    if (hasAttributes) {
+        EXPECT_EQ(getxattr(path.c_str(), "user.note", note, 4), 4);
+        EXPECT_STREQ(note, "text");
+    }
+    EXPECT_EQ(PathOf(ref), path) << "the reference was made before";
+    EXPECT_LT(std::filesystem::file_size(Path("second name")), size_t(facts.st_size))
+        << "another name keeps what was there";
+}
+
+// The child waited for ever for what a thread of its parent had held.
+TEST_F(Sharing, AChildOfAProcessWithThreadsMayUseTheChain) {
+    const FSSpec spec = FileWithTwins();
+    const auto number = Open(spec, fsRdPerm);
+    std::atomic<bool> isOver = false;
+    std::thread counting([&] {
+        while (!isOver) CountResources('Same');
+    });
+    std::thread asking([&] {
+        Boolean inChain = false;
+        while (!isOver) FSpResourceFileAlreadyOpen(&spec, &inChain, nullptr);
+    });
+    for (int i = 0; i < 300; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(20);
+            _exit(CurResFile() == number ? 0 : 1);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << i;
+        if (status != 0) break;
+    }
+    isOver = true;
+    counting.join();
+    asking.join();
 }
 
 TEST_F(Sharing, AReaderKeepsTheForkThatItOpened) {
