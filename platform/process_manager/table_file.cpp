@@ -2,7 +2,6 @@
 #include "process_manager/table_file.h"
 
 #include <Carbon/MacErrors.h>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -10,14 +9,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "posix/file_lock.h"
 #include "posix/os_err.h"
 #include "posix/runtime_folder.h"
 #include "posix/shared_memory.h"
+#include "process_manager/recall.h"
 
 namespace carbon {
 namespace {
@@ -61,14 +59,8 @@ bool IsSound(const TableLayout& inLayout) {
 
 // Sockets are named after serial numbers: beyond them lie the numbers that nobody has.
 UInt32 NumberBeyondSockets(const std::string& inFolder) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(inFolder.c_str()), closedir);
     UInt32 beyond = kFirstNumber;
-    while (const dirent* item = folder ? readdir(folder.get()) : nullptr) {
-        char* end = nullptr;
-        const unsigned long number = std::strtoul(item->d_name, &end, 16);
-        if (std::strcmp(end, ".sock") == 0 && number < 0xFFFF0000u)
-            beyond = std::max(beyond, UInt32(number) + 1);
-    }
+    for (const UInt32 number : SocketNumbers(inFolder)) beyond = std::max(beyond, number + 1);
     return beyond;
 }
 
@@ -162,6 +154,7 @@ OSErr TableFile::Open(TableFile** ioTable) {
     const std::string path = folder + "/" + kTableName;
     UniqueFd file;
     TableLayout* layout = OpenSound(path, &file);
+    bool isNew = false;
     if (layout == nullptr) {
         const FileLock lock(path + ".lock", kLockPatience);
         if (!lock.IsHeld()) return ioErr;
@@ -170,9 +163,11 @@ OSErr TableFile::Open(TableFile** ioTable) {
             const OSErr made = Replace(folder, path, file);
             if (made != noErr) return made;
             layout = OpenSound(path, &file);
+            isNew = true;
         }
     }
     if (layout == nullptr) return ioErr;
+    if (isNew) Recall(folder, *layout);
     auto* const table = new TableFile(path, std::move(file), layout);
     table->mOlder = *ioTable;
     *ioTable = table;

@@ -71,6 +71,10 @@ class Transport : public testing::Test {
         return Say(inSocket, Packet(header, event)) && IsReadable(inSocket) &&
                recv(inSocket.Get(), reply, sizeof reply, 0) > 28;
     }
+    static bool FindsNobody(const ProcessSerialNumber& inPsn) {
+        pid_t pid = 0;
+        return GetProcessPID(&inPsn, &pid) != noErr;
+    }
     static bool Say(const UniqueFd& inSocket, const Bytes& inPacket) {
         return send(inSocket.Get(), inPacket.data(), inPacket.size(), MSG_NOSIGNAL) >= 0;
     }
@@ -340,6 +344,37 @@ TEST_F(Transport, SocketGoesWithItsProcess) {
     EXPECT_EQ(mServer.Wait(), 0);
     EXPECT_NE(access(path.c_str(), F_OK), 0);
     mServer = StartServer();
+}
+
+// It only waits for events: nothing but a knock tells it that it is on no list any more.
+TEST_F(Transport, IdleServerComesIntoTheNewTableOfProcesses) {
+    const std::string table = std::string(std::getenv("XDG_RUNTIME_DIR")) + "/vantor/processes.1";
+    const auto damages = {+[](const char* path) { return truncate(path, 100); },
+                          +[](const char* path) { return unlink(path); }};
+    for (const auto& damage : damages) {
+        ASSERT_EQ(damage(table.c_str()), 0);
+        ProcessSerialNumber server = mServer.Psn();
+        pid_t pid = 0;
+        EXPECT_EQ(GetProcessPID(&server, &pid), noErr);
+        EXPECT_EQ(pid, mServer.Pid());
+        EXPECT_TRUE(ServerAnswers());
+    }
+}
+
+// One that cannot answer costs a moment and no more.
+TEST_F(Transport, StoppedServerDoesNotKeepTheNewTableFromBeingUsed) {
+    const std::string table = std::string(std::getenv("XDG_RUNTIME_DIR")) + "/vantor/processes.1";
+    ASSERT_EQ(kill(mServer.Pid(), SIGSTOP), 0);
+    ASSERT_EQ(unlink(table.c_str()), 0);
+    ProcessSerialNumber self, next = {0, kNoProcess};
+    EXPECT_EQ(GetCurrentProcess(&self), noErr);
+    EXPECT_EQ(GetNextProcess(&next), noErr);
+    EXPECT_EQ(next.lowLongOfPSN, self.lowLongOfPSN);
+    ASSERT_EQ(kill(mServer.Pid(), SIGCONT), 0);
+    ProcessSerialNumber server = mServer.Psn();
+    const UInt32 start = TickCount();
+    while (FindsNobody(server) && TickCount() - start < 600) usleep(1000);
+    EXPECT_FALSE(FindsNobody(server)) << "the knock is still to be heard";
 }
 
 }  // namespace
