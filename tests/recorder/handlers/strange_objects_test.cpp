@@ -164,9 +164,9 @@ class StrangeObjects : public testing::Test {
         return pid;
     }
     // Whether the text could be built.
-    bool Send(AEEventID inID, const std::string& inParameters) {
+    bool Send(AEEventID inID, const std::string& inParameters, AEEventClass inClass = 'core') {
         StAEDescriptor event;
-        EXPECT_EQ(MoreAECreateAppleEventSignatureTarget('Fv8k', 'APPL', 'core', inID, event),
+        EXPECT_EQ(MoreAECreateAppleEventSignatureTarget('Fv8k', 'APPL', inClass, inID, event),
                   noErr);
         AEBuildError mistake = {};
         if (AEBuildParameters(event, &mistake, inParameters.c_str()) != noErr) return false;
@@ -226,6 +226,25 @@ TEST_F(StrangeObjects, AreNeitherChangedNorHarmfulAsValues) {
     }
     EXPECT_EQ(RecorderPid(), pid);
     EXPECT_GT(outcomes[errAENotModifiable], 0);
+}
+
+// Parameters of every event but those that end the recorder, or write what another has added.
+TEST_F(StrangeObjects, AreNoHarmInAnyParameter) {
+    const pid_t pid = RecorderPid();
+    const std::pair<AEEventClass, AEEventID> events[] = {
+        {'core', 'getd'}, {'core', 'setd'}, {'core', 'cnte'}, {'core', 'crel'}, {'Fv8k', 'addD'},
+        {'Fv8k', 'wrIt'}, {'Fv8k', 'Ejct'}, {'Fv8k', 'EndB'}, {'Fv8k', 'Cncl'}, {'aevt', 'oapp'}};
+    const Texts keys = {"kfil", "kocl", "data", "rtyp", "ejWd", "Veri", "Asyn", "insh", "what"};
+    Imagination imagination(7);
+    for (int i = 0; i < kEvents / 4; ++i) {
+        const auto& [eventClass, id] = events[size_t(i) % std::size(events)];
+        std::string text = "'----':" + imagination.Object(2);
+        for (const std::string& key : keys)
+            if (imagination.Seldom()) text += ", '" + key + "':" + imagination.Value(2);
+        ASSERT_TRUE(Send(id, text, eventClass)) << text;
+        ASSERT_LE(MoreAEGetHandlerError(mReply), noErr) << text;
+    }
+    EXPECT_EQ(RecorderPid(), pid);
 }
 
 }  // namespace
