@@ -2,6 +2,7 @@
 #include "disc/RecorderState.h"
 
 #include <algorithm>
+#include <filesystem>
 
 #include "burn/BurnFailure.h"
 #include "burn/disc_names.h"
@@ -170,7 +171,11 @@ void RecorderState::SetSimulating(bool inOn) {
 
 // A disc for a file comes from a drive that makes files, whatever else is chosen.
 std::string RecorderState::DriveForDisc() {
-    const auto isBurner = [](const std::string& id) { return id.starts_with("/dev/"); };
+    // The folder of an image drive may lie there too, in memory.
+    const auto isBurner = [](const std::string& id) {
+        std::error_code none;
+        return id.starts_with("/dev/") && !std::filesystem::is_directory(id, none);
+    };
     if (mDisc.outputPath.empty() || !isBurner(ChosenDrive())) return ChosenDrive();
     const auto all = mDrives.Identifiers();
     const auto found = std::find_if_not(all.begin(), all.end(), isBurner);

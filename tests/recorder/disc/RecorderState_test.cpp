@@ -218,4 +218,17 @@ TEST_F(Hosts, AnOutputFileIsMadeByAnImageDriveWhateverIsChosen) {
     EXPECT_EQ(mState.ChosenDrive(), "/dev/sr0");
 }
 
+TEST_F(Hosts, AnImageDriveInMemoryIsNoBurner) {
+    std::string folder = "/dev/shm/vantor-test-XXXXXX";
+    if (mkdtemp(folder.data()) == nullptr) GTEST_SKIP() << "no folder for memory here";
+    mDrives.identifiers = {"/drives/image", folder};
+    ASSERT_EQ(As(kFirst, [&] { mState.ChooseDrive(folder); }), noErr);
+    EXPECT_EQ(As(kFirst, [&] { mState.SetOutputPath(mImage); }), noErr);
+    ASSERT_EQ(Add(kFirst), noErr);
+    ASSERT_EQ(Write(kFirst), noErr);
+    Quiet();
+    EXPECT_EQ(mDrives.Opened(), folder);
+    fs::remove(folder);
+}
+
 }  // namespace
