@@ -4,68 +4,41 @@
 
 #include "core_foundation/string_object.h"
 
-namespace carbon {
+using carbon::Constant;
 
-namespace {
+constinit const CFStringRef kCFLocaleIdentifier = Constant<u"locale:id">();
+constinit const CFStringRef kCFLocaleLanguageCode = Constant<u"locale:language code">();
+constinit const CFStringRef kCFLocaleCountryCode = Constant<u"locale:country code">();
+constinit const CFStringRef kCFLocaleScriptCode = Constant<u"locale:script code">();
+constinit const CFStringRef kCFLocaleVariantCode = Constant<u"locale:variant code">();
+constinit const CFStringRef kCFLocaleCalendarIdentifier = Constant<u"calendar">();
+constinit const CFStringRef kCFLocaleCollationIdentifier = Constant<u"collation">();
+constinit const CFStringRef kCFLocaleUsesMetricSystem = Constant<u"locale:uses metric">();
+constinit const CFStringRef kCFLocaleMeasurementSystem = Constant<u"locale:measurement system">();
+constinit const CFStringRef kCFLocaleDecimalSeparator = Constant<u"locale:decimal separator">();
+constinit const CFStringRef kCFLocaleGroupingSeparator = Constant<u"locale:grouping separator">();
+constinit const CFStringRef kCFLocaleCurrencySymbol = Constant<u"locale:currency symbol">();
+constinit const CFStringRef kCFLocaleCurrencyCode = Constant<u"currency">();
+constinit const CFStringRef kCFGregorianCalendar = Constant<u"gregorian">();
 
-constinit const ConstantString sIdentifier(u"locale:id");
-constinit const ConstantString sLanguage(u"locale:language code");
-constinit const ConstantString sCountry(u"locale:country code");
-constinit const ConstantString sScript(u"locale:script code");
-constinit const ConstantString sVariant(u"locale:variant code");
-constinit const ConstantString sCalendar(u"calendar");
-constinit const ConstantString sCollation(u"collation");
-constinit const ConstantString sUsesMetric(u"locale:uses metric");
-constinit const ConstantString sMeasures(u"locale:measurement system");
-constinit const ConstantString sDecimal(u"locale:decimal separator");
-constinit const ConstantString sGrouping(u"locale:grouping separator");
-constinit const ConstantString sCurrencySymbol(u"locale:currency symbol");
-constinit const ConstantString sCurrencyCode(u"currency");
-constinit const ConstantString sGregorian(u"gregorian");
-
-constinit const ConstantString sIsLenient(u"kCFDateFormatterIsLenient");
-constinit const ConstantString sTimeZone(u"kCFDateFormatterTimeZone");
-constinit const ConstantString sCalendarName(u"kCFDateFormatterCalendarName");
-constinit const ConstantString sDefaultFormat(u"kCFDateFormatterDefaultFormat");
-constinit const ConstantString sTwoDigitStart(u"kCFDateFormatterTwoDigitStartDate");
-constinit const ConstantString sDefaultDate(u"kCFDateFormatterDefaultDate");
-constinit const ConstantString sEras(u"kCFDateFormatterEraSymbols");
-constinit const ConstantString sMonths(u"kCFDateFormatterMonthSymbols");
-constinit const ConstantString sShortMonths(u"kCFDateFormatterShortMonthSymbols");
-constinit const ConstantString sWeekdays(u"kCFDateFormatterWeekdaySymbols");
-constinit const ConstantString sShortWeekdays(u"kCFDateFormatterShortWeekdaySymbols");
-constinit const ConstantString sMorning(u"kCFDateFormatterAMSymbol");
-constinit const ConstantString sAfternoon(u"kCFDateFormatterPMSymbol");
-
-}  // namespace
-
-}  // namespace carbon
-
-constinit const CFStringRef kCFLocaleIdentifier = &carbon::sIdentifier;
-constinit const CFStringRef kCFLocaleLanguageCode = &carbon::sLanguage;
-constinit const CFStringRef kCFLocaleCountryCode = &carbon::sCountry;
-constinit const CFStringRef kCFLocaleScriptCode = &carbon::sScript;
-constinit const CFStringRef kCFLocaleVariantCode = &carbon::sVariant;
-constinit const CFStringRef kCFLocaleCalendarIdentifier = &carbon::sCalendar;
-constinit const CFStringRef kCFLocaleCollationIdentifier = &carbon::sCollation;
-constinit const CFStringRef kCFLocaleUsesMetricSystem = &carbon::sUsesMetric;
-constinit const CFStringRef kCFLocaleMeasurementSystem = &carbon::sMeasures;
-constinit const CFStringRef kCFLocaleDecimalSeparator = &carbon::sDecimal;
-constinit const CFStringRef kCFLocaleGroupingSeparator = &carbon::sGrouping;
-constinit const CFStringRef kCFLocaleCurrencySymbol = &carbon::sCurrencySymbol;
-constinit const CFStringRef kCFLocaleCurrencyCode = &carbon::sCurrencyCode;
-constinit const CFStringRef kCFGregorianCalendar = &carbon::sGregorian;
-
-constinit const CFStringRef kCFDateFormatterIsLenient = &carbon::sIsLenient;
-constinit const CFStringRef kCFDateFormatterTimeZone = &carbon::sTimeZone;
-constinit const CFStringRef kCFDateFormatterCalendarName = &carbon::sCalendarName;
-constinit const CFStringRef kCFDateFormatterDefaultFormat = &carbon::sDefaultFormat;
-constinit const CFStringRef kCFDateFormatterTwoDigitStartDate = &carbon::sTwoDigitStart;
-constinit const CFStringRef kCFDateFormatterDefaultDate = &carbon::sDefaultDate;
-constinit const CFStringRef kCFDateFormatterEraSymbols = &carbon::sEras;
-constinit const CFStringRef kCFDateFormatterMonthSymbols = &carbon::sMonths;
-constinit const CFStringRef kCFDateFormatterShortMonthSymbols = &carbon::sShortMonths;
-constinit const CFStringRef kCFDateFormatterWeekdaySymbols = &carbon::sWeekdays;
-constinit const CFStringRef kCFDateFormatterShortWeekdaySymbols = &carbon::sShortWeekdays;
-constinit const CFStringRef kCFDateFormatterAMSymbol = &carbon::sMorning;
-constinit const CFStringRef kCFDateFormatterPMSymbol = &carbon::sAfternoon;
+constinit const CFStringRef kCFDateFormatterIsLenient = Constant<u"kCFDateFormatterIsLenient">();
+constinit const CFStringRef kCFDateFormatterTimeZone = Constant<u"kCFDateFormatterTimeZone">();
+constinit const CFStringRef kCFDateFormatterCalendarName =
+    Constant<u"kCFDateFormatterCalendarName">();
+constinit const CFStringRef kCFDateFormatterDefaultFormat =
+    Constant<u"kCFDateFormatterDefaultFormat">();
+constinit const CFStringRef kCFDateFormatterTwoDigitStartDate =
+    Constant<u"kCFDateFormatterTwoDigitStartDate">();
+constinit const CFStringRef kCFDateFormatterDefaultDate =
+    Constant<u"kCFDateFormatterDefaultDate">();
+constinit const CFStringRef kCFDateFormatterEraSymbols = Constant<u"kCFDateFormatterEraSymbols">();
+constinit const CFStringRef kCFDateFormatterMonthSymbols =
+    Constant<u"kCFDateFormatterMonthSymbols">();
+constinit const CFStringRef kCFDateFormatterShortMonthSymbols =
+    Constant<u"kCFDateFormatterShortMonthSymbols">();
+constinit const CFStringRef kCFDateFormatterWeekdaySymbols =
+    Constant<u"kCFDateFormatterWeekdaySymbols">();
+constinit const CFStringRef kCFDateFormatterShortWeekdaySymbols =
+    Constant<u"kCFDateFormatterShortWeekdaySymbols">();
+constinit const CFStringRef kCFDateFormatterAMSymbol = Constant<u"kCFDateFormatterAMSymbol">();
+constinit const CFStringRef kCFDateFormatterPMSymbol = Constant<u"kCFDateFormatterPMSymbol">();

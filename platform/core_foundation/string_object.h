@@ -4,6 +4,7 @@
 
 #include <CoreFoundation/CFString.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -45,6 +46,22 @@ class ConstantString final : public __CFString {
   private:
     void Destroy() const override {}
 };
+
+// A text as the argument of a template.
+template <size_t kSize>
+struct FixedText {
+    consteval FixedText(const char16_t (&inUnits)[kSize]) { std::copy_n(inUnits, kSize, units); }
+    char16_t units[kSize];
+};
+
+template <FixedText kText>
+inline constinit const ConstantString sConstant{kText.units};
+
+// The constant with this text: Constant<u"currency">().
+template <FixedText kText>
+consteval CFStringRef Constant() {
+    return &sConstant<kText>;
+}
 
 class MutableString final : public __CFString {
   public:

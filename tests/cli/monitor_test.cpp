@@ -10,8 +10,10 @@
 
 #include "support/Command.h"
 #include "support/EventPeer.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
+#include "support/Watched.h"
 
 namespace {
 
@@ -37,21 +39,12 @@ class MonitorCommand : public testing::Test {
             options.interruptOnOutput = inLast;
             return RunCommand(inWords, options);
         });
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (!IsWatched() && std::chrono::steady_clock::now() < deadline)
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        ASSERT_TRUE(IsWatched());
-    }
-    static bool IsWatched() {
-        std::ifstream page(gHome.Root() / "run/vantor/watchers.1", std::ios::binary);
-        UInt64 monitors = 0;
-        page.read(reinterpret_cast<char*>(&monitors), sizeof monitors);
-        return monitors != 0;
+        ASSERT_TRUE(Eventually([] { return IsWatched(gHome); }));
     }
     CommandResult Result() {
         const CommandResult result = mRunning.get();
         EXPECT_EQ(result.exitCode, 0) << result.errors;
-        EXPECT_FALSE(IsWatched());
+        EXPECT_FALSE(IsWatched(gHome));
         return result;
     }
     static std::vector<Json> Lines(const std::string& inOutput) {

@@ -14,8 +14,10 @@
 #include "support/Command.h"
 #include "support/DiscBytes.h"
 #include "support/EventPeer.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
+#include "support/Watched.h"
 
 namespace {
 
@@ -24,21 +26,6 @@ using ::testing::HasSubstr;
 using Json = nlohmann::json;
 
 TemporaryHome gHome;
-
-template <typename Test>
-bool Comes(const Test& inTest) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!inTest() && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return inTest();
-}
-
-bool IsWatched() {
-    std::ifstream page(gHome.Root() / "run/vantor/watchers.1", std::ios::binary);
-    UInt64 monitors = 0;
-    page.read(reinterpret_cast<char*>(&monitors), sizeof monitors);
-    return monitors != 0;
-}
 
 std::string Contents(const fs::path& inFile) {
     std::ifstream file(inFile, std::ios::binary);
@@ -54,7 +41,7 @@ void LetAge(const fs::path& inFolder) {
         if (!item.is_regular_file()) continue;
         EXPECT_FALSE(Contents(item.path()).empty());
     }
-    EXPECT_TRUE(Comes([&] { return std::time(nullptr) > made + 1; }));
+    EXPECT_TRUE(Eventually([&] { return std::time(nullptr) > made + 1; }));
 }
 
 // Where two texts differ first, for people.
@@ -78,11 +65,11 @@ class Replay : public testing::Test {
         std::vector<std::string> words = {"monitor", "--capture", mFile};
         words.insert(words.end(), inWords.begin(), inWords.end());
         mMonitor.emplace("vantor", words);
-        ASSERT_TRUE(Comes(IsWatched));
+        ASSERT_TRUE(Eventually([] { return IsWatched(gHome); }));
     }
     // Ends it when the file holds that many records of that kind.
     void EndCapture(const std::string& inKind, size_t inCount, int inSignal = SIGINT) {
-        EXPECT_TRUE(Comes([&] { return Count(inKind) >= inCount; }));
+        EXPECT_TRUE(Eventually([&] { return Count(inKind) >= inCount; }));
         kill(mMonitor->Pid(), inSignal);
         EXPECT_EQ(mMonitor->Wait(), inSignal == SIGINT ? 0 : 128 + inSignal);
         mMonitor.reset();
@@ -102,7 +89,7 @@ class Replay : public testing::Test {
     }
     static void KillRecorder() {
         if (const pid_t recorder = Recorder(); recorder > 0) kill(recorder, SIGKILL);
-        EXPECT_TRUE(Comes([] { return Recorder() == 0; }));
+        EXPECT_TRUE(Eventually([] { return Recorder() == 0; }));
     }
     static OSErr Ask(EventPeer& ioServer, AEEventID inID, SInt32 inValue = 0) {
         OwnedDesc event, reply;
@@ -146,7 +133,7 @@ TEST_F(Replay, OfABurnWritesTheSameBytesWithAFreshRecorder) {
     const auto replay = Vantor({"replay", mFile});
     EXPECT_EQ(replay.exitCode, 0) << replay.errors;
     EXPECT_THAT(replay.output, HasSubstr(" events sent, "));
-    ASSERT_TRUE(Comes([&] { return fs::exists(image); }));
+    ASSERT_TRUE(Eventually([&] { return fs::exists(image); }));
     size_t blanked = 0;
     const std::string then = WithoutMaking(Contents(first), &blanked);
     EXPECT_LT(blanked, 600u) << "of " << fs::file_size(first);

@@ -82,11 +82,7 @@ TEST_F(ResourcesCommand, WritesTheBytesToAPipeOrAFile) {
 }
 
 TEST_F(ResourcesCommand, ReadsAResourceFileInADataFork) {
-    FSRef folder, ref;
-    ASSERT_EQ(RefOf(mFolder, &folder), noErr);
-    ASSERT_EQ(FSCreateResourceFile(&folder, 4, reinterpret_cast<const UniChar*>(u"data"),
-                                   kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
-              noErr);
+    NewDataForkFile(Path("data"));
     const auto result = Resources({Path("data"), "--json"});
     EXPECT_EQ(result.exitCode, 0) << result.errors;
     EXPECT_EQ(result.output, "[]\n");

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/Tree.h"
 
@@ -29,15 +30,6 @@ CommandResult Vantor(std::vector<std::string> inWords) {
     CommandOptions options;
     options.deadline = std::chrono::seconds(240);
     return RunCommand(inWords, options);
-}
-
-bool Eventually(const std::function<bool()>& inCondition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-    while (!inCondition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 pid_t RecorderPid() {

@@ -15,19 +15,11 @@
 
 #include "burn/BurnEngine.h"
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/Tree.h"
 
 namespace fs = std::filesystem;
-
-inline bool Eventually(const std::function<bool()>& inCondition, int inSeconds = 60) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(inSeconds);
-    while (!inCondition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return true;
-}
 
 // For its lifetime the administrator can read as little as anybody.
 class AsAnybody {

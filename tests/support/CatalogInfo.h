@@ -32,15 +32,21 @@ inline UInt16 FlagsOf(const FSSpec& inSpec) {
     return InfoOf(inSpec).hFileInfo.ioFlFndrInfo.fdFlags;
 }
 
-// Sets an object's modification date.
-inline void SetDate(const FSSpec& inSpec, UInt32 inDate) {
+// Writes back what `inChange` makes of an object's record.
+template <typename Change>
+void ChangeInfo(const FSSpec& inSpec, Change inChange) {
     CInfoPBRec info = InfoOf(inSpec);
     Str63 name;
     std::memcpy(name, inSpec.name, sizeof name);
     info.hFileInfo.ioNamePtr = name;
     info.hFileInfo.ioDirID = inSpec.parID;
-    info.hFileInfo.ioFlMdDat = inDate;
+    inChange(info.hFileInfo);
     EXPECT_EQ(PBSetCatInfoSync(&info), noErr);
+}
+
+// Sets an object's modification date.
+inline void SetDate(const FSSpec& inSpec, UInt32 inDate) {
+    ChangeInfo(inSpec, [&](HFileInfo& ioInfo) { ioInfo.ioFlMdDat = inDate; });
 }
 
 inline UInt32 DateOf(const FSSpec& inSpec) {

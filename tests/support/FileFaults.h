@@ -19,9 +19,9 @@ struct FileFaults {
     std::function<OSErr(ParmBlkPtr)> read, write;                    // PBReadSync, PBWriteSync
     std::function<OSErr(SInt16, SInt32*, const void*)> writeAtMark;  // FSWrite
     std::function<OSErr(SInt16, SInt32)> setLength;                  // SetEOF
-    std::function<SInt16(const FSSpec*)> openResources;              // FSpOpenResFile
+    std::function<SInt16(const FSSpec*, SignedByte)> openResources;  // FSpOpenResFile
     std::function<OSErr(SInt16)> close;                              // FSClose
-    std::function<OSErr(FSVolumeRefNum)> flush;                      // FlushVol
+    std::function<OSErr(ConstStr63Param, FSVolumeRefNum)> flush;     // FlushVol
     std::function<Ptr(Size)> newPointer;                             // NewPtr
 };
 

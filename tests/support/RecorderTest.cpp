@@ -21,15 +21,6 @@ const char* __lsan_default_suppressions() {
     return "leak:VantorMediaSettingInfo\n";
 }
 
-bool Eventually(const std::function<bool()>& inCondition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!inCondition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        usleep(5000);
-    }
-    return true;
-}
-
 void RecorderTest::SetUp() {
     mBundle = std::make_unique<RecorderBundle>();
 }

@@ -8,11 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "support/Eventually.h"
 #include "support/RecorderBundle.h"
 #include "vantor/api/Vantor.h"
-
-// Waits until `inCondition` holds; false when it does not within ten seconds.
-bool Eventually(const std::function<bool()>& inCondition);
 
 class RecorderTest : public testing::Test {
   protected:

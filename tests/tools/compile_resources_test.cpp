@@ -17,13 +17,6 @@ class CompileResources : public ResourceFixture {
         return RunCommand(
             {ProgramFolder() + "/compile_resources", Write("text", inText), Path("file.rsrc")});
     }
-    static ResFileRefNum OpenDataFork(const std::string& inPath) {
-        FSRef ref;
-        ResFileRefNum number = -1;
-        EXPECT_EQ(RefOf(inPath, &ref), noErr);
-        EXPECT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdPerm, &number), noErr);
-        return number;
-    }
     void ExpectMistake(const std::string& inText, const std::string& inWhat) const {
         const auto result = Compile(inText);
         EXPECT_EQ(result.exitCode, 1) << inText;

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +12,7 @@
 #include "apple_event_manager/limits.h"
 #include "apple_event_manager/transport.h"
 #include "process_manager/process_table.h"
+#include "support/LocalSocket.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
 
@@ -234,11 +234,8 @@ int TurnsWithin(carbon::Clock::duration inTime) {
 
 TEST_F(EventLoop, KnockWithoutADescriptorWaitsInTheKernel) {
     const carbon::ProcessEntry self = carbon::CurrentProcess();
-    const carbon::UniqueFd client(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    self.SocketPath().copy(address.sun_path, sizeof address.sun_path - 1);
-    ASSERT_EQ(connect(client.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const carbon::UniqueFd client = ConnectTo(self.SocketPath());
+    ASSERT_TRUE(client);
     const auto header =
         carbon::EncodeHeader({carbon::FrameKind::kWakeUp, 0, self.psn.lowLongOfPSN});
     ASSERT_GT(send(client.Get(), header.data(), header.size(), MSG_NOSIGNAL), 0);

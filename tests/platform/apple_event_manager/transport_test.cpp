@@ -5,7 +5,6 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,6 +15,7 @@
 #include "apple_event_manager/limits.h"
 #include "posix/UniqueFd.h"
 #include "support/EventPeer.h"
+#include "support/LocalSocket.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
 
@@ -45,15 +45,6 @@ class Transport : public testing::Test {
         return std::string(std::getenv("XDG_RUNTIME_DIR")) + "/vantor/" + name;
     }
     UniqueFd Connect() { return ConnectTo(SocketPath()); }
-    static UniqueFd ConnectTo(const std::string& inPath) {
-        UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        inPath.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (connect(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-            socket.Reset();
-        return socket;
-    }
     // More connections than the server keeps, each used once before the next one is opened.
     static constexpr int kSurplus = 40;
     std::vector<UniqueFd> Crowd() {

@@ -9,7 +9,6 @@
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,6 +25,7 @@
 #include "posix/UniqueFd.h"
 #include "posix/local_socket.h"
 #include "support/EventPeer.h"
+#include "support/LocalSocket.h"
 #include "support/TemporaryHome.h"
 
 namespace {
@@ -71,15 +71,6 @@ class Watching : public testing::Test {
     }
     static std::string SocketPath() {
         return MonitorSocketPath(MonitorIn(TheWatchPage().monitors, 0));
-    }
-    static UniqueFd Connect(const std::string& inPath) {
-        UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        inPath.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (connect(socket.Get(), reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-            socket.Reset();
-        return socket;
     }
     WatchHeader Header(std::span<const UInt8> inEvent) const {
         WatchHeader header{WatchKind::kSent};
@@ -198,7 +189,7 @@ TEST_F(Watching, AnotherUserNeitherWatchesNorTells) {
         PlatformMonitorRef other = nullptr;
         if (OpenWatchPage() == noErr) _exit(1);
         if (PlatformMonitorOpen(&other) == noErr) _exit(2);
-        if (Connect(path)) _exit(3);
+        if (ConnectTo(path)) _exit(3);
         _exit(errno == EACCES ? 0 : 4);
     }
     EXPECT_EQ(StatusOf(child), 0);
@@ -232,7 +223,7 @@ TEST_F(Watching, WhoeverBreaksTheRulesIsHungUpOnAndTheOthersGoOn) {
         {1, 2, 3}, Packet(stranger, event),          Packet(unsent, event),
         broken,    std::vector<UInt8>(100'000, 'A'), Packet(Header({}), {})};
     for (const auto& packet : packets) {
-        const UniqueFd socket = Connect(SocketPath());
+        const UniqueFd socket = ConnectTo(SocketPath());
         ASSERT_TRUE(socket);
         ASSERT_GT(send(socket.Get(), packet.data(), packet.size(), MSG_NOSIGNAL), 0);
         EXPECT_EQ(monitor.TakeWaiting().size(), 0u);
@@ -268,7 +259,7 @@ TEST_F(Watching, FileThatCanStillShrinkIsRefused) {
         rights->cmsg_len = CMSG_LEN(sizeof(int));
         const int number = file.Get();
         std::memcpy(CMSG_DATA(rights), &number, sizeof number);
-        const UniqueFd socket = Connect(SocketPath());
+        const UniqueFd socket = ConnectTo(SocketPath());
         ASSERT_GT(sendmsg(socket.Get(), &message, MSG_NOSIGNAL), 0);
         EXPECT_EQ(monitor.TakeWaiting().size(), isSealed ? 1u : 0u);
     }

@@ -20,6 +20,7 @@
 #include "platform/process_manager/Peer.h"
 #include "process_manager/process_table.h"
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 
 namespace {
@@ -30,15 +31,6 @@ using namespace std::chrono_literals;
 constexpr char kSleeper[] = "#!/bin/sh\nexec sleep 60\n";
 
 TemporaryHome sHome;
-
-bool Soon(const std::function<bool()>& inTest) {
-    const auto deadline = std::chrono::steady_clock::now() + 20s;
-    while (!inTest()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(2ms);
-    }
-    return true;
-}
 
 FSSpec SpecOf(const fs::path& inPath) {
     FSSpec spec = {};
@@ -83,7 +75,7 @@ class Launching : public testing::Test {
             if (Low(each->psn) == Low(mOwn)) continue;
             KillProcess(&each->psn);
             const ProcessSerialNumber psn = each->psn;
-            EXPECT_TRUE(Soon([&] { return !carbon::FindProcess(psn); }));
+            EXPECT_TRUE(Eventually([&] { return !carbon::FindProcess(psn); }));
         }
     }
 
@@ -179,7 +171,7 @@ TEST_F(Launching, ManyHostsAtOnceStartOneCopy) {
 TEST_F(Launching, ProgramThatRegistersKeepsTheNumberOfItsLaunch) {
     const Launch launch(ListeningBundle());
     ASSERT_EQ(launch.err, noErr);
-    EXPECT_TRUE(Soon([&] {
+    EXPECT_TRUE(Eventually([&] {
         const auto entry = carbon::FindProcess(launch.psn);
         return entry && entry->socketReady && !entry->starting;
     }));
@@ -222,7 +214,7 @@ TEST_F(Launching, FirstEventIsOpenApplicationAlsoWhenAnotherIsSentAtOnce) {
               noErr);
     AEDisposeDesc(&event);
     AEDisposeDesc(&target);
-    EXPECT_TRUE(Soon([&] { return Log() == "aevt oapp\ntest frst\n"; })) << Log();
+    EXPECT_TRUE(Eventually([&] { return Log() == "aevt oapp\ntest frst\n"; })) << Log();
 }
 
 TEST_F(Launching, ParametersTakeThePlaceOfOpenApplication) {
@@ -239,10 +231,10 @@ TEST_F(Launching, ParametersTakeThePlaceOfOpenApplication) {
     const FSSpec spec = ListeningBundle();
     const Launch launch(spec, launchContinue, parameters);
     EXPECT_EQ(launch.err, noErr);
-    EXPECT_TRUE(Soon([&] { return Log() == "test parm\n"; })) << Log();
+    EXPECT_TRUE(Eventually([&] { return Log() == "test parm\n"; })) << Log();
     // One that runs already gets them as any other event.
     EXPECT_EQ(Launch(spec, launchContinue, parameters).err, noErr);
-    EXPECT_TRUE(Soon([&] { return Log() == "test parm\ntest parm\n"; })) << Log();
+    EXPECT_TRUE(Eventually([&] { return Log() == "test parm\ntest parm\n"; })) << Log();
     parameters->messageLength = 3;
     EXPECT_EQ(Launch(spec, launchContinue, parameters).err, paramErr);
 }
@@ -253,7 +245,7 @@ TEST_F(Launching, ProgramThatDiesAtOnceFreesItsEntry) {
     const FSSpec spec = Bundle(text);
     const Launch first(spec);
     ASSERT_EQ(first.err, noErr);
-    EXPECT_TRUE(Soon([&] { return !carbon::FindProcess(first.psn); }));
+    EXPECT_TRUE(Eventually([&] { return !carbon::FindProcess(first.psn); }));
     const Launch second(spec);
     EXPECT_EQ(second.err, noErr);
     EXPECT_GT(Low(second.psn), Low(first.psn));
@@ -265,7 +257,7 @@ TEST_F(Launching, EndedProgramIsNotLeftForTheHostToReap) {
     const pid_t hosts = fork();
     if (hosts == 0) _exit(7);
     EXPECT_EQ(KillProcess(&launch.psn), noErr);
-    EXPECT_TRUE(Soon([&] { return kill(pid, 0) != 0; }));
+    EXPECT_TRUE(Eventually([&] { return kill(pid, 0) != 0; }));
     int status = 0;
     EXPECT_EQ(waitpid(hosts, &status, 0), hosts);
     EXPECT_EQ(WEXITSTATUS(status), 7);
@@ -291,7 +283,7 @@ TEST_F(Launching, LauncherLearnsOfTheEndAndItsStatus) {
     BundleText text;
     text.program = "#!/bin/sh\nexit 3\n";
     const Launch launch(Bundle(text));
-    EXPECT_TRUE(Soon([&] {
+    EXPECT_TRUE(Eventually([&] {
         EventRecord event;
         if (WaitNextEvent(highLevelEventMask, &event, 1, nullptr)) AEProcessAppleEvent(&event);
         return sObituaryNumber == Low(launch.psn);
@@ -312,9 +304,9 @@ TEST_F(Launching, ChildGetsASessionOfItsOwnAndNoneOfTheHostsFiles) {
     close(inherited);
     const pid_t pid = PidOf(launch.psn);
     const fs::path facts = "/proc/" + std::to_string(pid);
-    ASSERT_TRUE(Soon([&] { return ReadFile(facts / "comm") == "sleep\n"; }));
+    ASSERT_TRUE(Eventually([&] { return ReadFile(facts / "comm") == "sleep\n"; }));
     // While it starts, a program has its libraries open.
-    EXPECT_TRUE(Soon([&] { return FilesOf(facts) == std::set<std::string>{"0", "1", "2"}; }));
+    EXPECT_TRUE(Eventually([&] { return FilesOf(facts) == std::set<std::string>{"0", "1", "2"}; }));
     EXPECT_EQ(getsid(pid), pid);
     EXPECT_EQ(fs::read_symlink(facts / "cwd"), "/");
 }
@@ -323,7 +315,7 @@ TEST_F(Launching, LaunchedProgramIsInFrontUntilItEnds) {
     const Launch launch(SleepingBundle());
     EXPECT_TRUE(IsFront(launch.psn));
     KillProcess(&launch.psn);
-    EXPECT_TRUE(Soon([&] { return IsFront(mOwn); }));
+    EXPECT_TRUE(Eventually([&] { return IsFront(mOwn); }));
 }
 
 TEST_F(Launching, DontSwitchLeavesTheFrontAlone) {

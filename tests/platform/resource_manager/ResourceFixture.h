@@ -45,6 +45,28 @@ class ResourceFixture : public FileFixture {
         return Open(NewFile(inName));
     }
 
+    // The same with the map in the data fork.
+    static ResFileRefNum OpenDataFork(const std::string& inPath, SInt8 inPermission = fsRdPerm) {
+        FSRef ref;
+        ResFileRefNum number = -1;
+        EXPECT_EQ(RefOf(inPath, &ref), noErr);
+        EXPECT_EQ(FSOpenResourceFile(&ref, 0, nullptr, inPermission, &number), noErr);
+        return number;
+    }
+    static void NewDataForkFile(const std::filesystem::path& inPath) {
+        FSRef folder, ref;
+        EXPECT_EQ(RefOf(inPath.parent_path(), &folder), noErr);
+        const std::u16string name = inPath.filename().u16string();
+        EXPECT_EQ(FSCreateResourceFile(&folder, UniCharCount(name.size()),
+                                       reinterpret_cast<const UniChar*>(name.data()),
+                                       kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
+                  noErr);
+    }
+    ResFileRefNum OpenNewDataFork(const std::string& inName) const {
+        NewDataForkFile(Path(inName));
+        return OpenDataFork(Path(inName), fsRdWrPerm);
+    }
+
     static Handle HandleTo(const std::string& inText) {
         Handle handle = nullptr;
         EXPECT_EQ(PtrToHand(inText.data(), &handle, Size(inText.size())), noErr);

@@ -113,14 +113,7 @@ TEST_F(Sharing, ForWhateverCanBeHadIsReadingWhileAnotherWrites) {
 
 // The update puts another file into the place of the one that was opened.
 TEST_F(Sharing, ADataForkStaysItsWritersAfterAnUpdate) {
-    FSRef folder, ref;
-    ASSERT_EQ(RefOf(mFolder, &folder), noErr);
-    const auto* name = reinterpret_cast<const UniChar*>(u"data");
-    ASSERT_EQ(
-        FSCreateResourceFile(&folder, 4, name, kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
-        noErr);
-    ResFileRefNum number = -1;
-    ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdWrPerm, &number), noErr);
+    const ResFileRefNum number = OpenNewDataFork("data");
     const auto opens = [&](const char* inPermission) {
         return RunCommand({Program(), "data", Path("data"), inPermission}).output.substr(0, 3) !=
                "-1 ";
@@ -290,14 +283,9 @@ TEST_F(Sharing, ABundlesResourcesAreTheFirstOfTheChain) {
           "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>CFBundleExecutable</key>"
           "<string>Test</string></dict></plist>");
     const auto program = CopyOfPeer("Test.app/Contents/MacOS/Test");
-    FSRef folder, ref;
-    ASSERT_EQ(RefOf(contents + "/Resources", &folder), noErr);
-    const auto* name = reinterpret_cast<const UniChar*>(u"Test.rsrc");
-    ASSERT_EQ(
-        FSCreateResourceFile(&folder, 9, name, kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
-        noErr);
-    ResFileRefNum number = -1;
-    ASSERT_EQ(FSOpenResourceFile(&ref, 0, nullptr, fsRdWrPerm, &number), noErr);
+    const auto resources = contents + "/Resources/Test.rsrc";
+    NewDataForkFile(resources);
+    const auto number = OpenDataFork(resources, fsRdWrPerm);
     AddOwnString("from the bundle");
     CloseResFile(number);
     EXPECT_EQ(OwnString(program), "own from the bundle\n");

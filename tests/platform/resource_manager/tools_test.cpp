@@ -30,13 +30,6 @@ class Tools : public ForkFixture {
         ADD_FAILURE() << "nothing ends in " << inEnding << " in " << inFolder;
         return {};
     }
-    static ResFileRefNum OpenDataFork(const std::string& inPath, SInt8 inPermission) {
-        FSRef ref;
-        ResFileRefNum number = -1;
-        EXPECT_EQ(RefOf(inPath, &ref), noErr);
-        EXPECT_EQ(FSOpenResourceFile(&ref, 0, nullptr, inPermission, &number), noErr);
-        return number;
-    }
     // Moves every resource of one open file into another.
     static void CopyAll(ResFileRefNum inFrom, ResFileRefNum inTo) {
         UseResFile(inFrom);
@@ -61,16 +54,6 @@ class Tools : public ForkFixture {
         UseResFile(inTo);
         AddResource(handle, inType, id, name);
         EXPECT_EQ(ResError(), noErr);
-    }
-    ResFileRefNum NewDataForkFile(const std::string& inName) const {
-        FSRef folder, ref;
-        EXPECT_EQ(RefOf(mFolder, &folder), noErr);
-        const std::u16string name(inName.begin(), inName.end());
-        EXPECT_EQ(FSCreateResourceFile(&folder, UniCharCount(name.size()),
-                                       reinterpret_cast<const UniChar*>(name.data()),
-                                       kFSCatInfoNone, nullptr, 0, nullptr, &ref, nullptr),
-                  noErr);
-        return OpenDataFork(Path(inName), fsRdWrPerm);
     }
 
     mutable std::string mOutput;
@@ -97,7 +80,7 @@ TEST_F(Tools, FontsOfUfondAreReadAndFondusReadsOurs) {
     const auto from = OpenDataFork(font, fsRdPerm);
     EXPECT_GT(Count1Resources('FOND'), 0);
     EXPECT_GT(Count1Resources('NFNT'), 0);
-    const auto to = NewDataForkFile("copy.dfont");
+    const auto to = OpenNewDataFork("copy.dfont");
     CopyAll(from, to);
     CloseResFile(to);
     EXPECT_EQ(ResError(), noErr);

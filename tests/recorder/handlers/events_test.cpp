@@ -18,6 +18,7 @@
 #include "cli/Recorder.h"
 #include "cli/Specs.h"
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/Tree.h"
 #include "vantor/api/Vantor.h"
@@ -36,15 +37,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 TemporaryHome gHome;
-
-bool Eventually(const std::function<bool()>& inCondition, int inSeconds = 60) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(inSeconds);
-    while (!inCondition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
-}
 
 SInt32 CodeOf(const std::function<void()>& inWork) {
     try {

@@ -12,6 +12,7 @@
 #include "cli/ResourceFile.h"
 #include "cli/Terminology.h"
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "vantor/api/Vantor.h"
 #include "vantor/appleevents/MoreAE.h"
@@ -133,15 +134,6 @@ SInt32 DriveCount() {
 void WriteTo(const fs::path& inPath, const std::string& inText) {
     fs::create_directories(inPath.parent_path());
     std::ofstream(inPath) << inText;
-}
-
-bool Eventually(bool (*inCondition)()) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!inCondition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
 }
 
 // Three image drives, the last of the machine: alpha is empty (0), beta has a blank (383), gamma a

@@ -85,13 +85,9 @@ class DesktopFileComments : public ::testing::Test {
         AddResourceTo(mDesktop, 'FCMT', inID, char(inText.size()) + inText);
     }
     static void Number(const FSSpec& inSpec, SInt16 inID) {
-        CInfoPBRec info = InfoOf(inSpec);
-        Str63 name;
-        std::memcpy(name, inSpec.name, sizeof name);
-        info.hFileInfo.ioNamePtr = name;
-        info.hFileInfo.ioDirID = inSpec.parID;
-        info.hFileInfo.ioFlXFndrInfo.fdComment = inID;  // where a folder's is too
-        ASSERT_EQ(PBSetCatInfoSync(&info), noErr);
+        ChangeInfo(inSpec, [&](HFileInfo& ioInfo) {
+            ioInfo.ioFlXFndrInfo.fdComment = inID;  // where a folder's is too
+        });
     }
 
     const MountedVolume mDisk{kPlatformMountNoDesktopManager};

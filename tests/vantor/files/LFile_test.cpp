@@ -48,9 +48,9 @@ class File : public testing::Test {
             ++mClosed;
             return REAL_CALL(FSClose)(inRefNum);
         };
-        gFileFaults.flush = [this](FSVolumeRefNum inVRefNum) {
+        gFileFaults.flush = [this](ConstStr63Param inName, FSVolumeRefNum inVRefNum) {
             mFlushed.push_back(inVRefNum);
-            return REAL_CALL(FlushVol)(nullptr, inVRefNum);
+            return REAL_CALL(FlushVol)(inName, inVRefNum);
         };
     }
 
@@ -260,7 +260,7 @@ TEST_F(File, ResourceForkWithoutAMapIsTheManagersError) {
 
 TEST_F(File, KeepsMinusOneForAForkNotOpenedWithoutAnError) {
     LFile file(mVolume.MakeFile("File"));
-    gFileFaults.openResources = [](const FSSpec*) {
+    gFileFaults.openResources = [](const FSSpec*, SignedByte) {
         UseResFile(CurResFile());  // leaves no error
         return SInt16{-1};
     };
