@@ -1,10 +1,12 @@
 // Reads values and parameters from the command line and shows where they cannot be read.
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
 
+#include "Codes.h"
 #include "Failure.h"
 #include "Message.h"
-#include "Target.h"
+#include "NamedText.h"
 
 namespace cli {
 namespace {
@@ -35,28 +37,36 @@ const char* SentenceFor(const AEBuildError& inError) {
     return kSentences[code < std::size(kSentences) ? code : 0];
 }
 
-// The line with the mistake and a mark under it. The text in MacRoman has a byte for a character.
-void ShowPlace(const std::string& inText, size_t inPosition) {
-    const size_t before = inText.rfind('\n', inPosition == 0 ? 0 : inPosition - 1);
-    const size_t begin = before == inText.npos || before >= inPosition ? 0 : before + 1;
+bool IsFirstOfCharacter(char inByte) {
+    return (static_cast<UInt8>(inByte) & 0xC0) != 0x80;
+}
+
+// Where a character begins, the end of the text if it has fewer.
+size_t OffsetOf(const std::string& inUtf8, size_t inCharacter) {
+    size_t at = 0, left = inCharacter + 1;
+    while (at < inUtf8.size() && (left -= IsFirstOfCharacter(inUtf8[at])) > 0) ++at;
+    return at;
+}
+
+// The line with the mistake and a mark under it.
+void ShowPlace(const std::string& inText, size_t inCharacter) {
+    const size_t offset = OffsetOf(inText, inCharacter);
+    const size_t before = inText.rfind('\n', offset == 0 ? 0 : offset - 1);
+    const size_t begin = before == inText.npos || before >= offset ? 0 : before + 1;
     const size_t end = std::min(inText.find('\n', begin), inText.size());
     std::string line = inText.substr(begin, end - begin);
     std::ranges::replace(line, '\t', ' ');
-    const UInt8* bytes = reinterpret_cast<const UInt8*>(line.data());
-    const CFStringRef string = CFStringCreateWithBytes(
-        nullptr, bytes, static_cast<CFIndex>(line.size()), kCFStringEncodingMacRoman, false);
-    std::string utf8(line.size() * 4 + 1, '\0');
-    CFStringGetCString(string, utf8.data(), static_cast<CFIndex>(utf8.size()),
-                       kCFStringEncodingUTF8);
-    CFRelease(string);
-    std::fprintf(stderr, "  %s\n  %*s^\n", utf8.c_str(), static_cast<int>(inPosition - begin), "");
+    const auto column =
+        std::count_if(inText.begin() + static_cast<std::ptrdiff_t>(begin),
+                      inText.begin() + static_cast<std::ptrdiff_t>(offset), IsFirstOfCharacter);
+    std::fprintf(stderr, "  %s\n  %*s^\n", line.c_str(), static_cast<int>(column), "");
 }
 
-[[noreturn]] void ThrowMistake(const std::string& inText, const AEBuildError& inError, bool inJson,
-                               const char* inSentence) {
-    if (!inJson) ShowPlace(inText, inError.fErrorPos);
-    throw Failure("At character " + std::to_string(inError.fErrorPos + 1) + ": " + inSentence,
-                  errAEBuildSyntaxError, kBadUsage);
+[[noreturn]] void ThrowMistake(const Source& inSource, size_t inCharacter, SInt32 inCode,
+                               const std::string& inSentence) {
+    if (!inSource.isJson) ShowPlace(inSource.text, inCharacter);
+    throw Failure("At character " + std::to_string(inCharacter + 1) + ": " + inSentence, inCode,
+                  kBadUsage);
 }
 
 // Where an argument of a program is asked for; nobody gives one here.
@@ -72,28 +82,36 @@ size_t ArgumentIn(const std::string& inText) {
     return inText.npos;
 }
 
+CodedText Coded(const Source& inSource) try {
+    return WithCodes(inSource.text, inSource.words, inSource.event);
+} catch (const UnknownName& unknown) {
+    ThrowMistake(inSource, unknown.Place(), unknown.Code(), unknown.what());
+}
+
 // Calls inBuild(text, error) with what a program without arguments may be given.
 template <typename Build>
-void Building(const std::string& inUtf8, bool inJson, Build inBuild) {
-    const std::string text = MacRoman(inUtf8);
+void Building(const Source& inSource, Build inBuild) {
+    const CodedText coded = Coded(inSource);
+    const std::string text = MacRoman(coded.text);  // a byte for a character
     const size_t argument = ArgumentIn(text);
     AEBuildError error = {aeBuildSyntaxUncoercedDoubleAt, static_cast<UInt32>(argument)};
-    if (argument != text.npos) ThrowMistake(text, error, inJson, SentenceFor(error));
-    const OSStatus status = inBuild(text.c_str(), &error);
-    if (status == errAEBuildSyntaxError) ThrowMistake(text, error, inJson, SentenceFor(error));
+    const OSStatus status =
+        argument != text.npos ? errAEBuildSyntaxError : inBuild(text.c_str(), &error);
+    if (status == errAEBuildSyntaxError)
+        ThrowMistake(inSource, coded.PlaceOf(error.fErrorPos), status, SentenceFor(error));
     if (status != noErr) throw Failure("A value cannot be made of this text", status, kBadUsage);
 }
 
 }  // namespace
 
-void AddParameters(const std::string& inText, bool inJson, StAEDescriptor& ioEvent) {
-    Building(inText, inJson, [&](const char* inMacRoman, AEBuildError* outError) {
+void AddParameters(const Source& inSource, StAEDescriptor& ioEvent) {
+    Building(inSource, [&](const char* inMacRoman, AEBuildError* outError) {
         return AEBuildParameters(ioEvent, outError, inMacRoman);
     });
 }
 
-void MakeValue(const std::string& inText, bool inJson, StAEDescriptor& outValue) {
-    Building(inText, inJson, [&](const char* inMacRoman, AEBuildError* outError) {
+void MakeValue(const Source& inSource, StAEDescriptor& outValue) {
+    Building(inSource, [&](const char* inMacRoman, AEBuildError* outError) {
         return AEBuildDesc(outValue, outError, inMacRoman);
     });
 }

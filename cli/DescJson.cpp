@@ -6,7 +6,7 @@
 #include <bit>
 #include <cmath>
 
-#include "Output.h"
+#include "Codes.h"
 #include "vantor/appleevents/StAEDescriptor.h"
 
 namespace cli {
@@ -44,18 +44,6 @@ UInt64 BigEndian(const std::string& inBytes) {
     return value;
 }
 
-// Codes are MacRoman, a character for each byte; those with control characters are "$00000001$".
-std::string CodeText(OSType inCode) {
-    UInt8 text[5] = {4};
-    std::string bytes;
-    for (int i = 0; i < 4; ++i) {
-        text[i + 1] = static_cast<UInt8>(inCode >> (24 - 8 * i));
-        bytes += static_cast<char>(text[i + 1]);
-    }
-    const bool isText = std::all_of(text + 1, text + 5, [](UInt8 byte) { return byte >= ' '; });
-    return isText ? MacRomanText(text) : '$' + Hex(bytes) + '$';
-}
-
 // The bytes in another type, which makes the same bytes again; false when it does not.
 bool Coerces(const AEDesc* inDesc, DescType inType, std::string& outBytes) {
     StAEDescriptor other, again;
@@ -63,6 +51,10 @@ bool Coerces(const AEDesc* inDesc, DescType inType, std::string& outBytes) {
     if (AECoerceDesc(other, inDesc->descriptorType, again) != noErr) return false;
     outBytes = BytesOf(other);
     return BytesOf(again) == BytesOf(inDesc);
+}
+
+void AddName(const char* inMember, const std::string& inName, Json& ioJson) {
+    if (!inName.empty()) ioJson[inMember] = inName;
 }
 
 bool AddText(const AEDesc* inDesc, Json& ioJson) {
@@ -90,7 +82,7 @@ bool AddNumber(const AEDesc* inDesc, Json& ioJson) {
 }
 
 // True when a form was found that loses nothing.
-bool AddNatural(const AEDesc* inDesc, Json& ioJson) {
+bool AddNatural(const AEDesc* inDesc, const Vocabulary& inWords, Json& ioJson) {
     const DescType type = inDesc->descriptorType;
     const std::string bytes = BytesOf(inDesc);
     if (type == typeBoolean && (bytes == std::string(1, '\0') || bytes == "\1")) {
@@ -98,15 +90,27 @@ bool AddNatural(const AEDesc* inDesc, Json& ioJson) {
         return true;
     }
     if (IsOneOf(type, kCode) && bytes.size() == sizeof(OSType)) {
-        ioJson["code"] = CodeText(static_cast<OSType>(BigEndian(bytes)));
+        const auto code = static_cast<OSType>(BigEndian(bytes));
+        ioJson["code"] = CodeText(code);
+        const auto place = type == typeEnumerated ? WordPlace::kValue : WordPlace::kType;
+        AddName("name", inWords.NameOf(place, code), ioJson);
         return true;
     }
     if (IsOneOf(type, kText)) return AddText(inDesc, ioJson);
     return AddNumber(inDesc, ioJson);
 }
 
-// The items of a list; with their keys those of a record, or the parameters of an event.
-Json Items(const AEDesc* inDesc, bool inHasKeys) {
+// The keys of the records that object specifiers are made of are nobody's properties.
+bool HasProperties(const AEDesc* inRecord) {
+    constexpr std::array<DescType, 4> kObjectModel = {typeObjectSpecifier, typeCompDescriptor,
+                                                      typeLogicalDescriptor, typeRangeDescriptor};
+    return !IsOneOf(inRecord->descriptorType, kObjectModel);
+}
+
+// The items of a list; with their keys those of a record, or the parameters of an event, which
+// `inNameOf` names.
+template <typename NameOf>
+Json Items(const AEDesc* inDesc, const Vocabulary& inWords, bool inHasKeys, NameOf inNameOf) {
     Json items = Json::array();
     SInt32 count = 0;
     AECountItems(inDesc, &count);
@@ -114,32 +118,51 @@ Json Items(const AEDesc* inDesc, bool inHasKeys) {
         StAEDescriptor item;
         AEKeyword key = 0;
         AEGetNthDesc(inDesc, i, typeWildCard, &key, item);
-        const Json value = JsonOf(item);
-        items.push_back(inHasKeys ? Json{{"key", CodeText(key)}, {"value", value}} : value);
+        Json json;
+        if (inHasKeys) {
+            json["key"] = CodeText(key);
+            AddName("name", inNameOf(key), json);
+            json["value"] = JsonOf(item, inWords);
+        } else {
+            json = JsonOf(item, inWords);
+        }
+        items.push_back(std::move(json));
     }
     return items;
 }
 
-std::string CodeAttribute(const AEDesc* inEvent, AEKeyword inKey) {
+Json Fields(const AEDesc* inRecord, const Vocabulary& inWords) {
+    const bool hasProperties = HasProperties(inRecord);
+    return Items(inRecord, inWords, true, [&](AEKeyword key) {
+        return hasProperties ? inWords.NameOf(WordPlace::kProperty, key) : std::string();
+    });
+}
+
+OSType CodeAttribute(const AEDesc* inEvent, AEKeyword inKey) {
     OSType code = 0;
     AEGetAttributePtr(inEvent, inKey, typeType, nullptr, &code, sizeof code, nullptr);
-    return CodeText(EndianU32_BtoN(code));
+    return EndianU32_BtoN(code);
 }
 
 bool IsEvent(const AEDesc* inDesc) {
     return AESizeOfAttribute(inDesc, keyEventClassAttr, nullptr, nullptr) == noErr;
 }
 
-Json EventJson(const AEDesc* inEvent) {
+Json EventJson(const AEDesc* inEvent, const Vocabulary& inWords) {
+    const AEEventClass eventClass = CodeAttribute(inEvent, keyEventClassAttr);
+    const AEEventID id = CodeAttribute(inEvent, keyEventIDAttr);
+    const EventTerm* const term = inWords.FindEvent(eventClass, id);
     Json json = {{"type", CodeText(inEvent->descriptorType)},
-                 {"class", CodeAttribute(inEvent, keyEventClassAttr)},
-                 {"id", CodeAttribute(inEvent, keyEventIDAttr)},
-                 {"parameters", Items(inEvent, true)}};
+                 {"class", CodeText(eventClass)},
+                 {"id", CodeText(id)}};
+    AddName("name", term != nullptr ? term->name : std::string(), json);
+    json["parameters"] =
+        Items(inEvent, inWords, true, [&](AEKeyword key) { return NameOfParameter(term, key); });
     Json attributes = Json::array();
     for (const AEKeyword key : kAttributes) {
         StAEDescriptor value;
         if (AEGetAttributeDesc(inEvent, key, typeWildCard, value) == noErr)
-            attributes.push_back({{"key", CodeText(key)}, {"value", JsonOf(value)}});
+            attributes.push_back({{"key", CodeText(key)}, {"value", JsonOf(value, inWords)}});
     }
     json["attributes"] = attributes;
     return json;
@@ -153,16 +176,18 @@ std::string BytesOf(const AEDesc* inDesc) {
     return bytes;
 }
 
-Json JsonOf(const AEDesc* inDesc) {
-    if (IsEvent(inDesc)) return EventJson(inDesc);
+Json JsonOf(const AEDesc* inDesc, const Vocabulary& inWords) {
+    if (IsEvent(inDesc)) return EventJson(inDesc, inWords);
     Json json = {{"type", CodeText(inDesc->descriptorType)}};
     SInt32 count = 0;
-    if (AECheckIsRecord(inDesc))
-        json["fields"] = Items(inDesc, true);
-    else if (AECountItems(inDesc, &count) == noErr)
-        json["items"] = Items(inDesc, false);
-    else if (!AddNatural(inDesc, json))
+    if (AECheckIsRecord(inDesc)) {
+        AddName("typeName", inWords.NameOf(WordPlace::kClass, inDesc->descriptorType), json);
+        json["fields"] = Fields(inDesc, inWords);
+    } else if (AECountItems(inDesc, &count) == noErr) {
+        json["items"] = Items(inDesc, inWords, false, [](AEKeyword) { return std::string(); });
+    } else if (!AddNatural(inDesc, inWords, json)) {
         json["hex"] = Hex(BytesOf(inDesc));
+    }
     return json;
 }
 

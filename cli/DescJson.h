@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Json.h"
+#include "Vocabulary.h"
 
 namespace cli {
 
@@ -20,6 +21,8 @@ std::string BytesOf(const AEDesc* inDesc);
 //   "fields"      of a record: objects with "key" and "value", in order
 //   "class", "id", "parameters", "attributes"   of an event
 //   "hex"         everything else
-Json JsonOf(const AEDesc* inDesc);
+// Beside a code, a key and an event stands the "name" that the words have for it, beside the "type"
+// of a record its "typeName".
+Json JsonOf(const AEDesc* inDesc, const Vocabulary& inWords);
 
 }  // namespace cli

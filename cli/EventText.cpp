@@ -1,6 +1,8 @@
 // Owns the wording of events.
 #include "EventText.h"
 
+#include "Codes.h"
+#include "NamedText.h"
 #include "Output.h"
 #include "vantor/appleevents/StAEDescriptor.h"
 
@@ -27,7 +29,7 @@ std::string Printed(const AEDesc& inDesc) {
 std::string Beginning(const AEDesc& inDesc) {
     const Size size = AESizeOfFlattenedDesc(&inDesc);
     if (size > kWorthPrinting)
-        return "'" + Code(inDesc.descriptorType) + "', " + Bytes(size) + "\u2026";
+        return QuotedCode(inDesc.descriptorType) + ", " + Bytes(size) + "\u2026";
     const std::string text = Printed(inDesc);
     return text.size() > kMostShown ? text.substr(0, kMostShown) + "\u2026" : text;
 }
@@ -54,19 +56,26 @@ AEEventID IDOf(const AppleEvent& inEvent) {
     return CodeAttribute(inEvent, keyEventIDAttr);
 }
 
-std::string ParametersOf(const AppleEvent& inEvent) {
+std::string ParametersOf(const AppleEvent& inEvent, const Vocabulary& inWords,
+                         const EventTerm* inTerm) {
     std::string text;
     ForEachParameter(inEvent, [&](AEKeyword key, const AEDesc& value) {
-        text += (text.empty() ? "{ '" : ", '") + Code(key) + "':" + Beginning(value);
+        text += (text.empty() ? "{ " : ", ") + QuotedCode(key) + ':' + Beginning(value);
     });
-    return text.empty() ? "{}" : text + " }";
+    return text.empty() ? "{}" : WithNames(text + " }", inWords, inTerm);
 }
 
-Json ParametersJson(const AppleEvent& inEvent) {
+Json ParametersJson(const AppleEvent& inEvent, const Vocabulary& inWords, const EventTerm* inTerm) {
     Json parameters = Json::array();
     ForEachParameter(inEvent, [&](AEKeyword key, const AEDesc& value) {
-        const DescType type = value.descriptorType;
-        parameters.push_back({{"key", Code(key)}, {"type", Code(type)}, {"text", Printed(value)}});
+        const std::string text = Printed(value), named = WithNames(text, inWords, nullptr);
+        const std::string name = NameOfParameter(inTerm, key);
+        Json parameter = {{"key", CodeText(key)}};
+        if (!name.empty()) parameter["name"] = name;
+        parameter["type"] = CodeText(value.descriptorType);
+        parameter["text"] = text;
+        if (named != text) parameter["named"] = named;
+        parameters.push_back(std::move(parameter));
     });
     return parameters;
 }

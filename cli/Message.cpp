@@ -5,10 +5,11 @@
 #include <array>
 #include <cstdio>
 
+#include "Codes.h"
 #include "DescJson.h"
 #include "Failure.h"
 #include "Interrupt.h"
-#include "Target.h"
+#include "NamedText.h"
 
 namespace cli {
 namespace {
@@ -90,17 +91,18 @@ void ThrowIfRefused(const StAEDescriptor& inReply) {
     StAEDescriptor text;
     std::string sentence = SentenceForRefusal(code);
     if (AEGetParamDesc(inReply, keyErrorString, typeUTF8Text, text) == noErr)
-        sentence += ": " + BytesOf(text);
+        sentence += ": " + Shown(BytesOf(text));
     throw Failure(sentence, code, code == userCanceledErr ? kInterrupted : kFailed);
 }
 
-void Show(const AEDesc* inDesc, bool inJson) {
-    if (inJson) return PrintJson(JsonOf(inDesc));
+void Show(const AEDesc* inDesc, const Vocabulary& inWords, bool inJson) {
+    if (inJson) return PrintJson(JsonOf(inDesc, inWords));
     Handle text = nullptr;
     if (const OSStatus status = AEPrintDescToHandle(inDesc, &text); status != noErr)
         throw Failure("The answer is too large to be shown", status);
-    std::printf("%.*s\n", static_cast<int>(GetHandleSize(text)), *text);
+    const std::string printed(*text, static_cast<size_t>(GetHandleSize(text)));
     DisposeHandle(text);
+    std::printf("%s\n", WithNames(printed, inWords, nullptr).c_str());
 }
 
 }  // namespace cli

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "Vocabulary.h"
 #include "vantor/appleevents/StAEDescriptor.h"
 
 namespace cli {
@@ -17,10 +18,18 @@ struct SendOptions {
 void MakeEvent(const ProcessSerialNumber& inTarget, AEEventClass inClass, AEEventID inID,
                StAEDescriptor& outEvent);
 
-// In the build syntax, UTF-8. A mistake is shown with a mark under its place, on standard error
-// unless that is for JSON, and thrown as a Failure.
-void AddParameters(const std::string& inText, bool inJson, StAEDescriptor& ioEvent);
-void MakeValue(const std::string& inText, bool inJson, StAEDescriptor& outValue);
+// Text in the build syntax, UTF-8, with names where codes may stand.
+struct Source {
+    const std::string& text;
+    const Vocabulary& words;
+    const EventTerm* event;  // whose parameters they are, or null
+    bool isJson;             // mistakes are not shown in their place then
+};
+
+// A mistake is shown with a mark under its place, on standard error unless that is for JSON, and
+// thrown as a Failure.
+void AddParameters(const Source& inSource, StAEDescriptor& ioEvent);
+void MakeValue(const Source& inSource, StAEDescriptor& outValue);
 
 // Throws a Failure when the event could not be sent or was not answered. Without a reply awaited
 // that is null.
@@ -29,7 +38,7 @@ void Send(const StAEDescriptor& inEvent, const SendOptions& inOptions, StAEDescr
 // Throws the error that the reply holds, with its text, as a Failure.
 void ThrowIfRefused(const StAEDescriptor& inReply);
 
-// In the print syntax, or as JSON.
-void Show(const AEDesc* inDesc, bool inJson);
+// In the print syntax, or as JSON; with the names that the words have for its codes.
+void Show(const AEDesc* inDesc, const Vocabulary& inWords, bool inJson);
 
 }  // namespace cli

@@ -1,4 +1,4 @@
-// Programs as people name them: signature, name, PID or path.
+// Programs as people name them: by PID, number, path, signature or name; running or installed.
 #pragma once
 
 #include <Carbon/Carbon.h>
@@ -8,20 +8,33 @@
 
 namespace cli {
 
-// MacRoman, as the codes and texts of events are. Throws a Failure when it cannot be written so.
-std::string MacRoman(const std::string& inUtf8);
-
-// A code of one to four characters, filled up with spaces. Throws a Failure.
-OSType CodeNamed(const std::string& inText);
-
-// The running program that this word means: a PID, a path of its bundle or file, a signature, a
-// name in any case; the first that fits, in this order. Nothing when none runs.
+// The running program that this word means: a path of its bundle or file, a PID, a number as
+// `vantor processes` lists it, a signature, a name in any case; the first that fits, in this
+// order. Nothing when none runs.
 std::optional<ProcessSerialNumber> FindTarget(const std::string& inWord);
 
 // The same; throws a Failure when none runs.
 ProcessSerialNumber TargetNamed(const std::string& inWord);
 
+// Whether a program of this number and name, which may have ended, is one that the word means.
+bool IsTarget(const std::string& inWord, const ProcessSerialNumber& inNumber,
+              const std::string& inName);
+
+// The installed application of a path, a signature or a name. kLSApplicationNotFoundErr, or the
+// File Manager's code for a path where nothing is.
+OSStatus FindInstalled(const std::string& inWord, FSRef* outBundle);
+
+// The path of the bundle, or of the program file, of what runs under this word or else is
+// installed. A path is taken as it is. Nothing when there is no such application.
+std::optional<std::string> FindApplication(const std::string& inWord);
+
+// The same of a running program; nothing when it has ended.
+std::optional<std::string> PathOf(const ProcessSerialNumber& inTarget);
+
 // "Calverin (PID 123)".
 std::string Described(const ProcessSerialNumber& inTarget);
+
+// "Calverin"; "A program" for one that has ended.
+std::string NameOf(const ProcessSerialNumber& inTarget);
 
 }  // namespace cli

@@ -1,8 +1,10 @@
-// What an application calls its events, classes and values: the content of 'aete' resources.
+// What an application calls its events, classes and values: the content of 'aete' resources and of
+// scripting definitions.
 #pragma once
 
 #include <Carbon/Carbon.h>
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -51,6 +53,7 @@ struct ClassTerm : Term {
 struct Enumeration {
     OSType code = 0;
     std::vector<Term> values;
+    std::string name;  // empty where an 'aete' tells of it
 };
 
 struct Suite : Term {
@@ -65,8 +68,16 @@ using Suites = std::vector<Suite>;
 // Reads one 'aete' resource. Throws a Failure when it ends too early.
 Suites ReadTerminology(std::span<const UInt8> inResource);
 
+// Sentences about what was left out of a dictionary.
+using Notes = std::vector<std::string>;
+
+// The suites of a bundle or file: those of its 'aete' resources or, where it has none, of its
+// scripting definition. Throws a Failure when they are damaged or the file cannot be read; nothing
+// when it has no dictionary.
+std::optional<Suites> ReadTerminologyOf(const std::string& inPath, Notes& outNotes);
+
 // The suites of an application: a path of its bundle or file, the PID of a running one, a signature
 // or a name. Throws a Failure when there is no such application, or none of its words.
-Suites TerminologyOf(const std::string& inApplication);
+Suites TerminologyOf(const std::string& inApplication, Notes& outNotes);
 
 }  // namespace cli

@@ -48,8 +48,10 @@ void Find(const FindRequest& inRequest);
 struct MonitorRequest {
     std::optional<AEEventClass> eventClass;
     std::optional<AEEventID> eventID;
-    std::string process;  // the name or the number of the sender or the target; empty: any
-    std::string capture;  // a file to keep what is shown in; empty: none
+    std::string name;      // of the event in the target's dictionary; empty: any
+    std::string process;   // the sender or the target, as Target.h has it; empty: any
+    std::string capture;   // a file to keep what is shown in; empty: none
+    bool isPlain = false;  // without names
     bool json = false;
 };
 
@@ -57,27 +59,33 @@ struct MonitorRequest {
 void MonitorEvents(const MonitorRequest& inRequest);
 
 struct SendRequest {
-    std::string target, eventClass, eventID;
-    std::string parameters;  // in the build syntax; may be empty
+    std::string target;
+    std::vector<std::string> event;  // CLASS ID or a name, then parameters or nothing
     bool awaitsReply = true;
-    double seconds = 60;  // 0: for ever
+    double seconds = 60;   // 0: for ever
+    bool isPlain = false;  // without names
     bool json = false;
 };
 
 void SendEvent(const SendRequest& inRequest);
 
-// `inWords` are PROPERTY, any number of `of` CLASS SELECTOR or `of` PROPERTY, TARGET, and for
-// setting the VALUE.
-void GetProperty(std::vector<std::string> inWords, bool inJson);
-void SetProperty(std::vector<std::string> inWords, bool inJson);
+struct PropertyRequest {
+    // PROPERTY, any number of `of` CLASS SELECTOR or `of` PROPERTY, TARGET, for setting the VALUE
+    std::vector<std::string> words;
+    bool isPlain = false;  // without names
+    bool json = false;
+};
 
-// A signature, a name, a path; for quitting a PID too.
+void GetProperty(const PropertyRequest& inRequest);
+void SetProperty(const PropertyRequest& inRequest);
+
+// A signature, a name, a path; for quitting a PID or a number too.
 void Launch(const std::string& inApplication, bool inJson);
 void Quit(const std::string& inTarget, bool inJson);
 
 struct ReplayRequest {
     std::string file;
-    std::string target;  // a running program's name, creator or number; empty: the captured ones
+    std::string target;  // a running program; empty: the captured ones
     bool json = false;
 };
 

@@ -1,9 +1,9 @@
 // Owns `vantor dictionary`: the words an application understands, for people or as JSON.
 #include <cstdio>
 
+#include "Codes.h"
 #include "Commands.h"
 #include "Json.h"
-#include "Output.h"
 #include "Terminology.h"
 
 namespace cli {
@@ -34,25 +34,26 @@ Json ListOf(const std::vector<Item>& inItems) {
 }
 
 Json JsonOf(const Term& inTerm) {
-    return {
-        {"name", inTerm.name}, {"code", Code(inTerm.code)}, {"description", inTerm.description}};
+    return {{"name", inTerm.name},
+            {"code", CodeText(inTerm.code)},
+            {"description", inTerm.description}};
 }
 
 Json JsonOf(const ValueTerm& inValue) {
-    return {{"type", Code(inValue.type)},
+    return {{"type", CodeText(inValue.type)},
             {"flags", FlagsOf(inValue)},
             {"description", inValue.description}};
 }
 
 Json JsonOf(const NamedValue& inValue) {
-    Json json = {{"name", inValue.name}, {"code", Code(inValue.code)}};
+    Json json = {{"name", inValue.name}, {"code", CodeText(inValue.code)}};
     json.update(JsonOf(inValue.value));
     return json;
 }
 
 Json JsonOf(const EventTerm& inEvent) {
     Json json = JsonOf(static_cast<const Term&>(inEvent));
-    json["class"] = Code(inEvent.eventClass);
+    json["class"] = CodeText(inEvent.eventClass);
     json["reply"] = JsonOf(inEvent.reply);
     json["direct"] = JsonOf(inEvent.direct);
     json["parameters"] = ListOf(inEvent.parameters);
@@ -61,8 +62,8 @@ Json JsonOf(const EventTerm& inEvent) {
 
 Json JsonOf(const ElementTerm& inElement) {
     Json forms = Json::array();
-    for (const OSType form : inElement.forms) forms.push_back(Code(form));
-    return {{"class", Code(inElement.elementClass)}, {"forms", forms}};
+    for (const OSType form : inElement.forms) forms.push_back(CodeText(form));
+    return {{"class", CodeText(inElement.elementClass)}, {"forms", forms}};
 }
 
 Json JsonOf(const ClassTerm& inClass) {
@@ -73,7 +74,10 @@ Json JsonOf(const ClassTerm& inClass) {
 }
 
 Json JsonOf(const Enumeration& inEnumeration) {
-    return {{"code", Code(inEnumeration.code)}, {"values", ListOf(inEnumeration.values)}};
+    Json json = {{"code", CodeText(inEnumeration.code)}};
+    if (!inEnumeration.name.empty()) json["name"] = inEnumeration.name;
+    json["values"] = ListOf(inEnumeration.values);
+    return json;
 }
 
 Json JsonOf(const Suite& inSuite) {
@@ -87,32 +91,41 @@ Json JsonOf(const Suite& inSuite) {
 
 void PrintLine(const std::string& inCode, const std::string& inName, const std::string& inType,
                const std::string& inDescription) {
-    std::printf("      %-6s  %-24s  %-6s  %s\n", inCode.c_str(), inName.c_str(), inType.c_str(),
-                inDescription.c_str());
+    char columns[64];
+    std::snprintf(columns, sizeof columns, "%-6s  ", inCode.c_str());
+    std::string line = columns + Shown(inName);
+    if (inName.size() < 24) line.append(24 - inName.size(), ' ');
+    std::snprintf(columns, sizeof columns, "  %-6s  ", inType.c_str());
+    line += columns + Shown(inDescription);
+    line.resize(line.find_last_not_of(' ') + 1);
+    std::printf("      %s\n", line.c_str());
 }
 
-std::string Quoted(OSType inCode) {
-    return '\'' + Code(inCode) + '\'';
+void PrintHead(const char* inIndent, const Term& inTerm, const std::string& inKind) {
+    std::printf("%s%s  %s\n", inIndent, Shown(inTerm.name).c_str(), inKind.c_str());
+    if (!inTerm.description.empty())
+        std::printf("%s    %s\n", inIndent, Shown(inTerm.description).c_str());
 }
 
 void PrintValue(const std::string& inCode, const std::string& inName, const ValueTerm& inValue) {
     std::string words = inValue.description;
-    for (const auto& flag : FlagsOf(inValue)) words += " (" + flag + ')';
-    PrintLine(inCode, inName, Quoted(inValue.type), words);
+    for (const auto& flag : FlagsOf(inValue)) words += (words.empty() ? "(" : " (") + flag + ')';
+    PrintLine(inCode, inName, QuotedCode(inValue.type), words);
 }
 
 void PrintNamed(const std::vector<NamedValue>& inValues) {
-    for (const auto& value : inValues) PrintValue(Quoted(value.code), value.name, value.value);
+    for (const auto& value : inValues) PrintValue(QuotedCode(value.code), value.name, value.value);
 }
 
 void PrintTerms(const std::vector<Term>& inTerms) {
-    for (const auto& term : inTerms) PrintLine(Quoted(term.code), term.name, "", term.description);
+    for (const auto& term : inTerms)
+        PrintLine(QuotedCode(term.code), term.name, "", term.description);
 }
 
 void PrintEvent(const EventTerm& inEvent) {
-    std::printf("\n  %s  event %s %s\n      %s\n", inEvent.name.c_str(),
-                Quoted(inEvent.eventClass).c_str(), Quoted(inEvent.code).c_str(),
-                inEvent.description.c_str());
+    std::printf("\n");
+    PrintHead("  ", inEvent,
+              "event " + QuotedCode(inEvent.eventClass) + ' ' + QuotedCode(inEvent.code));
     if (inEvent.direct.type != DescType(typeNull)) PrintValue("'----'", "", inEvent.direct);
     PrintNamed(inEvent.parameters);
     if (inEvent.reply.type != DescType(typeNull)) PrintValue("reply", "", inEvent.reply);
@@ -120,26 +133,28 @@ void PrintEvent(const EventTerm& inEvent) {
 
 void PrintElement(const ElementTerm& inElement) {
     std::string forms;
-    for (const OSType form : inElement.forms) forms += (forms.empty() ? "" : ", ") + Quoted(form);
-    PrintLine(Quoted(inElement.elementClass), "elements", "", "by " + forms);
+    for (const OSType form : inElement.forms)
+        forms += (forms.empty() ? "" : ", ") + QuotedCode(form);
+    PrintLine(QuotedCode(inElement.elementClass), "elements", "", "by " + forms);
 }
 
 void PrintClass(const ClassTerm& inClass) {
-    std::printf("\n  %s  class %s\n      %s\n", inClass.name.c_str(), Quoted(inClass.code).c_str(),
-                inClass.description.c_str());
+    std::printf("\n");
+    PrintHead("  ", inClass, "class " + QuotedCode(inClass.code));
     PrintNamed(inClass.properties);
     for (const auto& element : inClass.elements) PrintElement(element);
 }
 
 void PrintSuite(const Suite& inSuite) {
-    std::printf("%s  suite %s\n    %s\n", inSuite.name.c_str(), Quoted(inSuite.code).c_str(),
-                inSuite.description.c_str());
+    PrintHead("", inSuite, "suite " + QuotedCode(inSuite.code));
     for (const auto& event : inSuite.events) PrintEvent(event);
     for (const auto& term : inSuite.classes) PrintClass(term);
     if (!inSuite.comparisons.empty()) std::printf("\n  comparisons\n");
     PrintTerms(inSuite.comparisons);
     for (const auto& enumeration : inSuite.enumerations) {
-        std::printf("\n  enumeration %s\n", Quoted(enumeration.code).c_str());
+        const std::string space = enumeration.name.empty() ? "" : "  ";
+        std::printf("\n  %s%senumeration %s\n", Shown(enumeration.name).c_str(), space.c_str(),
+                    QuotedCode(enumeration.code).c_str());
         PrintTerms(enumeration.values);
     }
     std::printf("\n");
@@ -148,7 +163,9 @@ void PrintSuite(const Suite& inSuite) {
 }  // namespace
 
 void ShowDictionary(const std::string& inApplication, bool inJson) {
-    const Suites suites = TerminologyOf(inApplication);
+    Notes notes;
+    const Suites suites = TerminologyOf(inApplication, notes);
+    for (const auto& note : notes) std::fprintf(stderr, "note: %s\n", Shown(note).c_str());
     if (inJson) return PrintJson(ListOf(suites));
     for (const auto& suite : suites) PrintSuite(suite);
 }

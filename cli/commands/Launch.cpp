@@ -10,21 +10,6 @@
 namespace cli {
 namespace {
 
-OSStatus FindBundle(const std::string& inWord, FSRef* outRef) {
-    if (inWord.find('/') != std::string::npos)
-        return FSPathMakeRef(reinterpret_cast<const UInt8*>(inWord.c_str()), outRef, nullptr);
-    const bool mayBeSignature = !inWord.empty() && MacRoman(inWord).size() <= sizeof(OSType);
-    if (mayBeSignature &&
-        LSFindApplicationForInfo(CodeNamed(inWord), nullptr, nullptr, outRef, nullptr) == noErr)
-        return noErr;
-    const CFStringRef name =
-        CFStringCreateWithCString(nullptr, inWord.c_str(), kCFStringEncodingUTF8);
-    if (name == nullptr) return paramErr;
-    const OSStatus status = LSFindApplicationForInfo(0, nullptr, name, outRef, nullptr);
-    CFRelease(name);
-    return status;
-}
-
 OSStatus Start(const FSRef& inBundle, ProcessSerialNumber* outNumber) {
     constexpr UInt32 kBlockLength = 32;
     FSSpec spec;
@@ -58,7 +43,7 @@ void Launch(const std::string& inApplication, bool inJson) {
     if (const auto running = FindTarget(inApplication)) return Tell(*running, "runs", inJson);
     FSRef bundle;
     ProcessSerialNumber number = {0, kNoProcess};
-    if (const OSStatus status = FindBundle(inApplication, &bundle); status != noErr)
+    if (const OSStatus status = FindInstalled(inApplication, &bundle); status != noErr)
         throw Failure("There is no application '" + inApplication + "'", status);
     if (const OSStatus status = Start(bundle, &number); status != noErr)
         throw Failure("The application '" + inApplication + "' could not be started", status);

@@ -9,12 +9,16 @@
 #include <utility>
 
 #include "Capture.h"
+#include "Codes.h"
 #include "Commands.h"
 #include "EventText.h"
 #include "Failure.h"
 #include "Interrupt.h"
 #include "Json.h"
+#include "NearNames.h"
 #include "Output.h"
+#include "Target.h"
+#include "Vocabulary.h"
 
 namespace cli {
 namespace {
@@ -44,7 +48,23 @@ class Watch {
 // An event that was shown and has not come to its end.
 struct Open {
     UInt64 number;
-    std::string codes;
+    std::string codes;  // and its name
+};
+
+// The words of the programs that were sent to. They are looked for once.
+class Dictionaries {
+  public:
+    const Vocabulary& Of(const ProcessSerialNumber& inProgram) {
+        const UInt64 number = UInt64{inProgram.highLongOfPSN} << 32 | inProgram.lowLongOfPSN;
+        const auto known = mVocabularies.find(number);
+        if (known != mVocabularies.end()) return known->second;
+        if (mVocabularies.size() == kMostPrograms) mVocabularies.erase(mVocabularies.begin());
+        return mVocabularies.emplace(number, VocabularyOf(inProgram)).first->second;
+    }
+
+  private:
+    static constexpr size_t kMostPrograms = 256;
+    std::map<UInt64, Vocabulary> mVocabularies;
 };
 
 class View {
@@ -85,7 +105,13 @@ class View {
     static std::string Counted(UInt32 inCount) {
         return inCount == 1 ? "1 event" : std::to_string(inCount) + " events";
     }
-    bool IsWanted(const PlatformWatchedEvent& inEvent) const;
+    const Vocabulary& WordsOf(const PlatformWatchedEvent& inEvent) {
+        return mRequest.isPlain ? mNone : mDictionaries.Of(inEvent.target);
+    }
+    static const EventTerm* TermOf(const PlatformWatchedEvent& inEvent, const Vocabulary& inWords) {
+        return inWords.FindEvent(ClassOf(inEvent.event), IDOf(inEvent.event));
+    }
+    bool IsWanted(const PlatformWatchedEvent& inEvent);
     void ShowSent(const PlatformWatchedEvent& inEvent);
     void ShowEnd(const PlatformWatchedEvent& inEvent);
     void Keep(const PlatformWatchedEvent& inEvent, UInt64 inNumber);
@@ -94,16 +120,13 @@ class View {
     std::optional<CaptureWriter> mCapture;
     std::map<Key, Open> mOpen;
     UInt64 mCount = 0;
+    Dictionaries mDictionaries;
+    const Vocabulary mNone;
 };
 
-std::string NameOf(ConstStringPtr inName, const ProcessSerialNumber& inNumber) {
-    const std::string name = MacRomanText(inName);
+std::string Named(ConstStringPtr inName, const ProcessSerialNumber& inNumber) {
+    const std::string name = Shown(MacRomanText(inName));
     return (name.empty() ? "?" : name) + " (" + std::to_string(inNumber.lowLongOfPSN) + ")";
-}
-
-bool IsProcess(const std::string& inWanted, ConstStringPtr inName,
-               const ProcessSerialNumber& inNumber) {
-    return inWanted == MacRomanText(inName) || inWanted == std::to_string(inNumber.lowLongOfPSN);
 }
 
 // Local time of day, to the millisecond.
@@ -131,12 +154,16 @@ const char* ReplyModeOf(SInt32 inMode) {
     return inMode == kAEQueueReply ? "queue" : "wait";
 }
 
-bool View::IsWanted(const PlatformWatchedEvent& inEvent) const {
+bool View::IsWanted(const PlatformWatchedEvent& inEvent) {
     if (mRequest.eventClass && *mRequest.eventClass != ClassOf(inEvent.event)) return false;
     if (mRequest.eventID && *mRequest.eventID != IDOf(inEvent.event)) return false;
+    if (!mRequest.name.empty()) {
+        const EventTerm* const term = TermOf(inEvent, mDictionaries.Of(inEvent.target));
+        if (term == nullptr || !IsSameName(term->name, mRequest.name)) return false;
+    }
     return mRequest.process.empty() ||
-           IsProcess(mRequest.process, inEvent.senderName, inEvent.sender) ||
-           IsProcess(mRequest.process, inEvent.targetName, inEvent.target);
+           IsTarget(mRequest.process, inEvent.sender, MacRomanText(inEvent.senderName)) ||
+           IsTarget(mRequest.process, inEvent.target, MacRomanText(inEvent.targetName));
 }
 
 std::string Characters(ConstStringPtr inName) {
@@ -171,26 +198,32 @@ void View::ShowSent(const PlatformWatchedEvent& inEvent) {
     if (!IsWanted(inEvent)) return;
     // What never comes to its end was missed, or its sender was killed.
     if (mOpen.size() == kMostOpen) mOpen.erase(mOpen.begin());
-    const std::string codes =
-        "'" + Code(ClassOf(inEvent.event)) + "'\\'" + Code(IDOf(inEvent.event)) + "'";
+    const Vocabulary& words = WordsOf(inEvent);
+    const EventTerm* const term = TermOf(inEvent, words);
+    const std::string name = term != nullptr ? Shown(term->name) : std::string();
+    const std::string codes = QuotedCode(ClassOf(inEvent.event)) + '\\' +
+                              QuotedCode(IDOf(inEvent.event)) +
+                              (name.empty() ? "" : '<' + name + '>');
     mOpen[KeyOf(inEvent)] = {++mCount, codes};
     Keep(inEvent, mCount);
-    if (mRequest.json)
-        PrintJson({{"event", "sent"},
-                   {"number", mCount},
-                   {"time", inEvent.time},
-                   {"sender", JsonOf(inEvent.senderName, inEvent.sender)},
-                   {"target", JsonOf(inEvent.targetName, inEvent.target)},
-                   {"class", Code(ClassOf(inEvent.event))},
-                   {"id", Code(IDOf(inEvent.event))},
-                   {"reply", ReplyModeOf(inEvent.replyMode)},
-                   {"parameters", ParametersJson(inEvent.event)}});
-    else
+    if (mRequest.json) {
+        Json json = {{"event", "sent"},
+                     {"number", mCount},
+                     {"time", inEvent.time},
+                     {"sender", JsonOf(inEvent.senderName, inEvent.sender)},
+                     {"target", JsonOf(inEvent.targetName, inEvent.target)},
+                     {"class", CodeText(ClassOf(inEvent.event))},
+                     {"id", CodeText(IDOf(inEvent.event))}};
+        if (!name.empty()) json["name"] = name;
+        json["reply"] = ReplyModeOf(inEvent.replyMode);
+        json["parameters"] = ParametersJson(inEvent.event, words, term);
+        PrintJson(json);
+    } else
         std::printf("%s #%llu %s -> %s  %s %s\n", TimeOfDay(inEvent.time).c_str(),
                     static_cast<unsigned long long>(mCount),
-                    NameOf(inEvent.senderName, inEvent.sender).c_str(),
-                    NameOf(inEvent.targetName, inEvent.target).c_str(), codes.c_str(),
-                    ParametersOf(inEvent.event).c_str());
+                    Named(inEvent.senderName, inEvent.sender).c_str(),
+                    Named(inEvent.targetName, inEvent.target).c_str(), codes.c_str(),
+                    ParametersOf(inEvent.event, words, term).c_str());
 }
 
 // Of an event that is not shown, or was sent before the watching began, the end is not shown
@@ -208,7 +241,8 @@ void View::ShowEnd(const PlatformWatchedEvent& inEvent) {
                      {"time", inEvent.time},
                      {"milliseconds", Milliseconds(inEvent.elapsed)},
                      {"error", inEvent.error}};
-        if (isAnswered) json["parameters"] = ParametersJson(inEvent.event);
+        if (isAnswered)
+            json["parameters"] = ParametersJson(inEvent.event, WordsOf(inEvent), nullptr);
         return PrintJson(json);
     }
     std::string outcome = isAnswered ? "answered" : inEvent.error == noErr ? "sent" : "failed";
@@ -216,7 +250,7 @@ void View::ShowEnd(const PlatformWatchedEvent& inEvent) {
     std::printf("%s #%llu %s %s in %.3f ms%s%s\n", TimeOfDay(inEvent.time).c_str(),
                 static_cast<unsigned long long>(open.number), open.codes.c_str(), outcome.c_str(),
                 Milliseconds(inEvent.elapsed), isAnswered ? "  " : "",
-                isAnswered ? ParametersOf(inEvent.event).c_str() : "");
+                isAnswered ? ParametersOf(inEvent.event, WordsOf(inEvent), nullptr).c_str() : "");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <optional>
 
+#include "Codes.h"
 #include "Commands.h"
 #include "Failure.h"
 #include "Message.h"
@@ -43,18 +44,44 @@ OSType Ordinal(const std::string& inText) {
     return 0;
 }
 
-// The property of what the container means, null being the program itself.
-void MakeProperty(const std::string& inProperty, StAEDescriptor& ioContainer) {
-    StAEDescriptor specifier;
-    Build(AEBuildDesc(specifier, nullptr, "obj{ want:type(prop), from:@, form:prop, seld:type(@) }",
-                      static_cast<const AEDesc*>(ioContainer), CodeNamed(inProperty)));
-    ioContainer = specifier;
+std::string Joined(Words::const_iterator inBegin, Words::const_iterator inEnd) {
+    std::string text;
+    for (auto word = inBegin; word != inEnd; ++word) text += (text.empty() ? "" : " ") + *word;
+    return text;
 }
 
-void MakeElement(const std::string& inClass, const std::string& inSelector,
-                 StAEDescriptor& ioContainer) {
-    const OSType elementClass = CodeNamed(inClass), ordinal = Ordinal(inSelector);
-    const AEDesc* container = ioContainer;
+// An object or a property, made from the outermost container inwards.
+class Specifier {
+  public:
+    explicit Specifier(const Vocabulary& inVocabulary) : mVocabulary(inVocabulary) {}
+
+    // PROPERTY, then any number of `of` CLASS SELECTOR and `of` PROPERTY; the last stands
+    // outermost.
+    void Make(const Words& inWords);
+    const AEDesc* Desc() const { return mDesc; }
+
+  private:
+    void AddProperty(const std::string& inProperty);
+    void AddElement(const std::string& inClass, const std::string& inSelector);
+
+    const Vocabulary& mVocabulary;
+    StAEDescriptor mDesc;  // null: the program itself
+    OSType mClass = cApplication;
+};
+
+void Specifier::AddProperty(const std::string& inProperty) {
+    const OSType code = mVocabulary.CodeFor(WordPlace::kProperty, inProperty, mClass);
+    StAEDescriptor specifier;
+    Build(AEBuildDesc(specifier, nullptr, "obj{ want:type(prop), from:@, form:prop, seld:type(@) }",
+                      static_cast<const AEDesc*>(mDesc), code));
+    mDesc = specifier;
+    mClass = 0;  // whatever the property holds
+}
+
+void Specifier::AddElement(const std::string& inClass, const std::string& inSelector) {
+    const OSType elementClass = mVocabulary.CodeFor(WordPlace::kClass, inClass);
+    const OSType ordinal = Ordinal(inSelector);
+    const AEDesc* container = mDesc;
     const auto index = Number(inSelector);
     const auto id = inSelector.starts_with("id=") ? Number(inSelector.substr(3)) : std::nullopt;
     StAEDescriptor specifier;
@@ -73,24 +100,22 @@ void MakeElement(const std::string& inClass, const std::string& inSelector,
         Build(AEBuildDesc(specifier, nullptr,
                           "obj{ want:type(@), from:@, form:name, seld:TEXT(@) }", elementClass,
                           container, MacRoman(inSelector).c_str()));
-    ioContainer = specifier;
+    mDesc = specifier;
+    mClass = elementClass;
 }
 
-// PROPERTY, then any number of `of` CLASS SELECTOR and `of` PROPERTY; the last stands outermost.
-void MakeSpecifier(const Words& inWords, StAEDescriptor& outSpecifier) {
+void Specifier::Make(const Words& inWords) {
     auto end = inWords.end();
     for (;;) {
         auto begin = end;
         while (begin != inWords.begin() && *(begin - 1) != "of") --begin;
-        const auto count = end - begin;
-        const bool isWhole = begin == inWords.begin();
-        if (count == 1)
-            MakeProperty(*begin, outSpecifier);
-        else if (count == 2 && !isWhole)
-            MakeElement(*begin, *(begin + 1), outSpecifier);
+        if (begin == end) ThrowUsage("Beside `of` a word is missing");
+        const bool isInnermost = begin == inWords.begin();
+        if (isInnermost || end - begin == 1)
+            AddProperty(Joined(begin, end));
         else
-            ThrowUsage("An object is a class and which one, such as `of Disc 1`");
-        if (isWhole) return;
+            AddElement(Joined(begin, end - 1), *(end - 1));
+        if (isInnermost) return;
         end = begin - 1;
     }
 }
@@ -103,35 +128,44 @@ std::string TakeLast(Words& ioWords, const char* inWhat) {
     return last;
 }
 
-void AddDirectObject(const Words& inWords, StAEDescriptor& ioEvent) {
-    StAEDescriptor specifier;
-    MakeSpecifier(inWords, specifier);
-    Build(AEPutParamDesc(ioEvent, keyDirectObject, specifier));
-}
+// A question or a change on its way to a program.
+struct Errand {
+    Errand(const Words& inWords, const std::string& inTarget, AEEventID inID)
+        : words(VocabularyOf(inTarget)) {
+        Specifier specifier(words);
+        specifier.Make(inWords);
+        MakeEvent(TargetNamed(inTarget), kAECoreSuite, inID, event);
+        Build(AEPutParamDesc(event, keyDirectObject, specifier.Desc()));
+    }
+
+    const Vocabulary words;
+    StAEDescriptor event, reply;
+};
 
 }  // namespace
 
-void GetProperty(Words inWords, bool inJson) {
-    StAEDescriptor event, reply, value;
-    const std::string target = TakeLast(inWords, "target");
-    MakeEvent(TargetNamed(target), kAECoreSuite, kAEGetData, event);
-    AddDirectObject(inWords, event);
-    Send(event, {}, reply);
-    ThrowIfRefused(reply);
-    const OSErr result = AEGetParamDesc(reply, keyDirectObject, typeWildCard, value);
+void GetProperty(const PropertyRequest& inRequest) {
+    Words words = inRequest.words;
+    const std::string target = TakeLast(words, "target");
+    Errand errand(words, target, kAEGetData);
+    Send(errand.event, {}, errand.reply);
+    ThrowIfRefused(errand.reply);
+    StAEDescriptor value;
+    const OSErr result = AEGetParamDesc(errand.reply, keyDirectObject, typeWildCard, value);
     if (result != noErr) throw Failure("The program answered without a value", result);
-    Show(value, inJson);
+    const Vocabulary none;
+    Show(value, inRequest.isPlain ? none : errand.words, inRequest.json);
 }
 
-void SetProperty(Words inWords, bool inJson) {
-    StAEDescriptor event, reply, value;
-    MakeValue(TakeLast(inWords, "value"), inJson, value);
-    const std::string target = TakeLast(inWords, "target");
-    MakeEvent(TargetNamed(target), kAECoreSuite, kAESetData, event);
-    AddDirectObject(inWords, event);
-    Build(AEPutParamDesc(event, keyAEData, value));
-    Send(event, {}, reply);
-    ThrowIfRefused(reply);
+void SetProperty(const PropertyRequest& inRequest) {
+    Words words = inRequest.words;
+    const std::string text = TakeLast(words, "value"), target = TakeLast(words, "target");
+    StAEDescriptor value;
+    MakeValue({text, VocabularyOf(target), nullptr, inRequest.json}, value);
+    Errand errand(words, target, kAESetData);
+    Build(AEPutParamDesc(errand.event, keyAEData, value));
+    Send(errand.event, {}, errand.reply);
+    ThrowIfRefused(errand.reply);
 }
 
 }  // namespace cli

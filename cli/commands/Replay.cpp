@@ -13,6 +13,7 @@
 #include "Interrupt.h"
 #include "Json.h"
 #include "Output.h"
+#include "Target.h"
 #include "vantor/appleevents/MoreAE.h"
 #include "vantor/appleevents/StAEDescriptor.h"
 #include "vantor/process/UProcess.h"
@@ -64,18 +65,6 @@ Capture ReadCapture(const std::string& inPath) {
     return capture;
 }
 
-std::optional<ProcessSerialNumber> FindProcess(const std::string& inWanted) {
-    ProcessSerialNumber psn = {0, kNoProcess};
-    while (!UProcess::GetNextPSN(psn)) {
-        SProcessInfo info;
-        if (GetProcessInformation(&psn, info) != noErr) continue;
-        if (inWanted == MacRomanText(info.processName) || inWanted == Code(info.processSignature) ||
-            inWanted == std::to_string(psn.lowLongOfPSN))
-            return psn;
-    }
-    return {};
-}
-
 // The one that runs, else one that is launched.
 ProcessSerialNumber ApplicationOf(OSType inCreator) {
     ProcessSerialNumber psn = {0, kNoProcess};
@@ -121,16 +110,11 @@ class Replay {
 ProcessSerialNumber Replay::TargetOf(const CaptureRecord& inSent) {
     const auto known = mTargets.find(inSent.target);
     if (known != mTargets.end()) return known->second;
-    std::optional<ProcessSerialNumber> psn;
-    if (!mRequest.target.empty())
-        psn = FindProcess(mRequest.target);
-    else if (inSent.targetCreator != 0 && inSent.targetCreator != kNoCreator)
-        psn = ApplicationOf(inSent.targetCreator);
-    else
+    if (!mRequest.target.empty()) return mTargets[inSent.target] = TargetNamed(mRequest.target);
+    if (inSent.targetCreator == 0 || inSent.targetCreator == kNoCreator)
         throw Failure("The captured target has no creator to find it by; name one with --to.",
                       procNotFound, kBadUsage);
-    if (!psn) throw Failure("No program " + mRequest.target + " runs.", procNotFound);
-    return mTargets[inSent.target] = *psn;
+    return mTargets[inSent.target] = ApplicationOf(inSent.targetCreator);
 }
 
 // Requests keep their distances: what one of them started goes on by itself.
@@ -168,10 +152,11 @@ void Replay::Compare(const Request& inRequest, OSErr inResult, const AppleEvent&
     if (then.kind == CaptureKind::kAnswered) {
         StAEDescriptor answer;
         EventFromBytes(then.event, answer);
-        thenText = ParametersOf(answer);
+        thenText = ParametersOf(answer, {}, nullptr);
     }
     const bool isAnswered = inResult == noErr && inReply.descriptorType != typeNull;
-    const std::string nowText = isAnswered ? ParametersOf(inReply) : Outcome(inResult, "{}");
+    const std::string nowText =
+        isAnswered ? ParametersOf(inReply, {}, nullptr) : Outcome(inResult, "{}");
     if (thenText != nowText) Show(inRequest, thenText, nowText);
 }
 

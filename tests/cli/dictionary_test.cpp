@@ -5,8 +5,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "support/Command.h"
 #include "support/TemporaryHome.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -16,9 +16,9 @@ using Json = nlohmann::json;
 TemporaryHome gHome;
 
 CommandResult Dictionary(const std::vector<std::string>& inWords) {
-    std::vector<std::string> command = {ProgramFolder() + "/vantor", "dictionary"};
+    std::vector<std::string> command = {"dictionary"};
     command.insert(command.end(), inWords.begin(), inWords.end());
-    return RunCommand(command);
+    return Vantor(command);
 }
 
 // A resource file with an 'aete' of these lines.

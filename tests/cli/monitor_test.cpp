@@ -8,11 +8,11 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "support/Command.h"
 #include "support/EventPeer.h"
 #include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
+#include "support/Vantor.h"
 #include "support/Watched.h"
 
 namespace {
@@ -33,11 +33,11 @@ class MonitorCommand : public testing::Test {
 
     // Starts it; it is interrupted when it has written this.
     void Start(std::vector<std::string> inWords, const std::string& inLast) {
-        inWords.insert(inWords.begin(), {ProgramFolder() + "/vantor", "monitor"});
+        inWords.insert(inWords.begin(), "monitor");
         mRunning = std::async(std::launch::async, [inWords, inLast] {
             CommandOptions options;
             options.interruptOnOutput = inLast;
-            return RunCommand(inWords, options);
+            return Vantor(inWords, options);
         });
         ASSERT_TRUE(Eventually([] { return IsWatched(gHome); }));
     }
@@ -130,7 +130,7 @@ TEST_F(MonitorCommand, KnowsAProgramByItsNumberToo) {
 }
 
 TEST_F(MonitorCommand, CodeThatIsTooLongIsRefusedWithTwo) {
-    const auto result = RunCommand({ProgramFolder() + "/vantor", "monitor", "--class", "tests"});
+    const auto result = Vantor({"monitor", "--class", "tests"});
     EXPECT_EQ(result.exitCode, 2);
     EXPECT_THAT(result.errors, HasSubstr("four characters"));
 }

@@ -11,12 +11,12 @@
 #include <nlohmann/json.hpp>
 #include <thread>
 
-#include "support/Command.h"
 #include "support/DiscBytes.h"
 #include "support/EventPeer.h"
 #include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/TestEvents.h"
+#include "support/Vantor.h"
 #include "support/Watched.h"
 
 namespace {
@@ -56,10 +56,6 @@ class Replay : public testing::Test {
     void SetUp() override { fs::remove(mFile); }
     void TearDown() override { KillRecorder(); }
 
-    static CommandResult Vantor(std::vector<std::string> inWords) {
-        inWords.insert(inWords.begin(), ProgramFolder() + "/vantor");
-        return RunCommand(inWords);
-    }
     // A monitor that captures to mFile, ready.
     void StartCapture(const std::vector<std::string>& inWords = {}) {
         std::vector<std::string> words = {"monitor", "--capture", mFile};
@@ -201,7 +197,8 @@ TEST_F(Replay, TargetThatDoesNotRunIsNamed) {
     CaptureThree();
     const auto result = Vantor({"replay", mFile, "--to", "nobody"});
     EXPECT_EQ(result.exitCode, 1);
-    EXPECT_THAT(result.errors, HasSubstr("No program nobody runs."));
+    EXPECT_THAT(result.errors,
+                HasSubstr("No running program has the signature, name, PID or path 'nobody'"));
     EXPECT_EQ(Vantor({"replay", mFile}).exitCode, 2);
 }
 

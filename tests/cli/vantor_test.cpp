@@ -8,9 +8,10 @@
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
-#include "support/Command.h"
 #include "support/TemporaryHome.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -23,16 +24,39 @@ using Json = nlohmann::json;
 
 TemporaryHome gHome;
 
-CommandResult Vantor(std::vector<std::string> inWords) {
-    inWords.insert(inWords.begin(), ProgramFolder() + "/vantor");
-    return RunCommand(inWords);
-}
-
 TEST(CommandLine, HelpShowsExamplesAndExitStatuses) {
     const auto result = Vantor({"--help"});
     EXPECT_EQ(result.exitCode, 0);
     EXPECT_THAT(result.output, HasSubstr("vantor burn ~/photos --to photos.iso"));
     EXPECT_THAT(result.output, HasSubstr("130 interrupted"));
+}
+
+TEST(CommandLine, EveryCommandHelpsWithExamplesAndItsExitStatuses) {
+    const std::string help = Vantor({"--help"}).output;
+    std::istringstream lines(help.substr(help.find("Subcommands:\n") + 13));
+    int count = 0;
+    std::string word, rest;
+    while (std::getline(lines, rest) && !rest.empty()) {
+        std::istringstream(rest) >> word;
+        const auto result = Vantor({word, "--help"});
+        EXPECT_EQ(result.exitCode, 0) << word;
+        EXPECT_THAT(result.output, HasSubstr("Examples:\n  vantor " + word));
+        EXPECT_THAT(result.output, HasSubstr("Exit status:\n    0 done\n")) << word;
+        EXPECT_THAT(result.output, HasSubstr("    2 bad usage")) << word;
+        ++count;
+    }
+    EXPECT_EQ(count, 20);
+}
+
+TEST(CommandLine, MisusedIsAnsweredInOneLine) {
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {}, {"brun"}, {"burn"}, {"send", "x"}, {"find", "--frob", "/"}, {"--frob"}}) {
+        const auto result = Vantor(words);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_THAT(result.errors, ::testing::MatchesRegex("vantor[^\n]*: [^\n]+ tells more\n"));
+        EXPECT_EQ(result.output, "");
+    }
+    EXPECT_THAT(Vantor({"brun"}).errors, HasSubstr("no command 'brun', but 'burn'"));
 }
 
 TEST(CommandLine, NonsenseIsRefusedWithTwo) {
@@ -125,8 +149,7 @@ class UnusableRecorder : public ::testing::Test {
         fs::create_directories(mRoot / "bin");
         fs::create_directory_symlink(fs::path(ProgramFolder()).parent_path() / "lib",
                                      mRoot / "lib");
-        fs::copy_file(ProgramFolder() + "/vantor", mRoot / "bin/vantor",
-                      fs::copy_options::overwrite_existing);
+        fs::copy_file(VantorProgram(), mRoot / "bin/vantor", fs::copy_options::overwrite_existing);
     }
 
     ~UnusableRecorder() override {

@@ -412,7 +412,8 @@ std::string CharactersOf(OSType inCode) {
 
 TEST_F(Objects, HaveEveryPropertyOfTheDictionary) {
     size_t count = 0;
-    for (const auto& suite : cli::TerminologyOf("Calverin"))
+    cli::Notes notes;
+    for (const auto& suite : cli::TerminologyOf("Calverin", notes))
         for (const auto& term : suite.classes)
             for (const auto& property : term.properties) {
                 const std::string code = CharactersOf(property.code);
@@ -425,7 +426,8 @@ TEST_F(Objects, HaveEveryPropertyOfTheDictionary) {
 TEST_F(Objects, AreAskedByTheEventsOfTheDictionaryAndNoOthers) {
     using Event = std::pair<OSType, OSType>;
     std::set<Event> named, installed;
-    for (const auto& suite : cli::TerminologyOf("Fv8k"))
+    cli::Notes notes;
+    for (const auto& suite : cli::TerminologyOf("Fv8k", notes))
         for (const auto& event : suite.events) named.insert({event.eventClass, event.code});
     const cli::ResourceFile file(ProgramFolder() +
                                  "/Calverin.app/Contents/Resources/Calverin.rsrc");
