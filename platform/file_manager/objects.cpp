@@ -291,9 +291,11 @@ void TakeTurn() {
     ++sTurns;
 }
 
+std::atomic<Objects*> sObjects = nullptr;  // once somebody has asked for them
+
 Objects& SharedObjects() {
-    static Objects& sObjects = *new Objects;  // outlives every static that may still ask
-    return sObjects;
+    static Objects& sMade = *(sObjects = new Objects);  // outlives every static that may still ask
+    return sMade;
 }
 
 // SQLite's locks belong to a process: a handle that a child inherits would believe in locks which
@@ -301,7 +303,7 @@ Objects& SharedObjects() {
 // ones.
 void BeforeFork() {
     TakeTurn();
-    SharedObjects().AllFolders().CloseTables();
+    if (sObjects) sObjects.load()->AllFolders().CloseTables();
     CloseForFork();
 }
 
@@ -310,16 +312,20 @@ void AfterForkInParent() {
 }
 
 void AfterForkInChild() {
-    SharedObjects().AllFolders().Registry().ForgetWatch();
+    if (sObjects) sObjects.load()->AllFolders().Registry().ForgetWatch();
     sWaiting = 0;  // those threads are the parent's
     sMutex.unlock();
 }
 
 }  // namespace
 
-Catalog::Catalog() {
+void Catalog::GuardForks() {
     static const int sRegistered = pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild);
     static_cast<void>(sRegistered);
+}
+
+Catalog::Catalog() {
+    GuardForks();
     TakeTurn();
     FinishExchanges(SharedObjects());
 }

@@ -108,7 +108,7 @@ std::mutex& ChainMutex() {
 // A child of a process with threads finds the chain whole and free. Calls on resources ask the
 // catalog, so before a fork, too, the chain is taken first: what is registered last comes first.
 int GuardForks() {
-    static_cast<void>(Catalog());  // which registers its own
+    Catalog::GuardForks();
     const auto release = [] { ChainMutex().unlock(); };
     return pthread_atfork([] { ChainMutex().lock(); }, release, release);
 }
