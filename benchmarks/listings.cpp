@@ -3,8 +3,9 @@
 //   listings [--dir FOLDER] [--seconds S] [NAME...]
 //
 // items_1000 and items_100000 list folders of so many files, as far as their entries have numbers,
-// with GetDirItems, 256 at a time, from the start each time and in turns. The first listing of
-// each, which reads the folder, is not counted among the others but told apart (".first").
+// with GetDirItems, 256 at a time, from the start each time and in turns. By the processor's time,
+// of which the least counts. The first listing of each, which reads the folder, is not counted
+// among the others but told apart (".first").
 #include <Carbon/Carbon.h>
 #include <Platform/Platform.h>
 
@@ -17,10 +18,12 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "cpu_time.h"
 #include "vantor/files/Catalog.h"
 
 namespace {
@@ -79,10 +82,12 @@ class Volume {
     FSVolumeRefNum mNumber = 0;
 };
 
-double SecondsForEach(const Volume& inVolume) {
-    const auto start = Clock::now();
-    const int listed = inVolume.List();
-    return Since(start) / std::max(listed, 1);
+// Listing a folder so many times, by the processor's time.
+double SecondsForEach(const Volume& inVolume, int inTimes) {
+    int listed = 0;
+    const uint64_t start = CpuNanoseconds();
+    for (int i = 0; i < inTimes; ++i) listed += inVolume.List();
+    return double(CpuNanoseconds() - start) / 1e9 / std::max(listed, 1);
 }
 
 // A folder of so many files, and what an entry of it cost each time.
@@ -90,22 +95,20 @@ struct Measurement {
     Measurement(int inFiles, const fs::path& inParent)
         : files(inFiles), volume(inParent, inFiles) {}
 
-    void First() { Print(".first", SecondsForEach(volume)); }
-    // As many listings as make up for the smaller folder's being done sooner.
+    void First() { Print(".first", SecondsForEach(volume, 1)); }
+    // As many listings as make up for the smaller folder's being done sooner: short work finds a
+    // moment in which nobody else uses the machine, long work never.
     void Repeat(int inLargest) {
-        for (int done = 0; done < inLargest; done += files) each.push_back(SecondsForEach(volume));
+        each = std::min(each, SecondsForEach(volume, std::max(inLargest / files, 1)));
     }
-    void Median() {
-        std::nth_element(each.begin(), each.begin() + long(each.size() / 2), each.end());
-        Print(".each", each[each.size() / 2]);
-    }
+    void Least() { Print(".each", each); }
     void Print(const char* inWhat, double inSeconds) const {
         std::printf("ours.items_%d%s %.1f ns\n", files, inWhat, inSeconds * 1e9);
     }
 
     int files;
     Volume volume;
-    std::vector<double> each;
+    double each = std::numeric_limits<double>::max();
 };
 
 // In turns, so that slow phases of the machine fall on all alike.
@@ -118,7 +121,7 @@ void Measure(std::vector<std::unique_ptr<Measurement>>& ioAll, double inSeconds)
     for (const auto start = Clock::now(); Since(start) < inSeconds || rounds < 5; ++rounds) {
         for (const auto& one : ioAll) one->Repeat(std::min(largest, kMostListed));
     }
-    for (const auto& one : ioAll) one->Median();
+    for (const auto& one : ioAll) one->Least();
 }
 
 }  // namespace
