@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <limits>
-#include <shared_mutex>
+#include <mutex>
 #include <unordered_map>
+
+#include "posix/fork_guard.h"
 
 namespace carbon {
 
@@ -20,7 +22,7 @@ struct Slot {
 };
 
 struct Table {
-    std::shared_mutex mutex;
+    std::mutex mutex;  // no shared one: those know their writer, whose number is another in a child
     std::unordered_map<SInt16, Slot> slots;
     UInt64 turns = 0;
     SInt16 last = 0;
@@ -29,6 +31,10 @@ struct Table {
 Table& TheTable() {
     static Table& sTable = *new Table;  // outlives every static that may still close a fork
     return sTable;
+}
+
+[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
+    HoldOverForks([]() -> std::mutex& { return TheTable().mutex; });
 }
 
 SInt16 NextNumber(Table* ioTable) {
@@ -46,7 +52,7 @@ OSErr ErrorOfNumber(SInt16 inNumber) {
 
 OSErr AddOpenFork(std::shared_ptr<OpenFork> inFork, SInt16* outNumber) {
     Table& table = TheTable();
-    const std::unique_lock lock(table.mutex);
+    const std::lock_guard lock(table.mutex);
     if (table.slots.size() >= size_t(kLastNumber)) return tmfoErr;
     *outNumber = NextNumber(&table);
     table.slots[*outNumber] = {std::move(inFork), ++table.turns};
@@ -55,7 +61,7 @@ OSErr AddOpenFork(std::shared_ptr<OpenFork> inFork, SInt16* outNumber) {
 
 OSErr FindOpenFork(SInt16 inNumber, std::shared_ptr<OpenFork>* outFork) {
     Table& table = TheTable();
-    const std::shared_lock lock(table.mutex);
+    const std::lock_guard lock(table.mutex);
     const auto found = table.slots.find(inNumber);
     if (found == table.slots.end()) return ErrorOfNumber(inNumber);
     *outFork = found->second.fork;
@@ -64,7 +70,7 @@ OSErr FindOpenFork(SInt16 inNumber, std::shared_ptr<OpenFork>* outFork) {
 
 OSErr TakeOpenFork(SInt16 inNumber, std::shared_ptr<OpenFork>* outFork) {
     Table& table = TheTable();
-    const std::unique_lock lock(table.mutex);
+    const std::lock_guard lock(table.mutex);
     const auto found = table.slots.find(inNumber);
     if (found == table.slots.end()) return ErrorOfNumber(inNumber);
     *outFork = std::move(found->second.fork);
@@ -74,7 +80,7 @@ OSErr TakeOpenFork(SInt16 inNumber, std::shared_ptr<OpenFork>* outFork) {
 
 std::vector<NumberedFork> OpenForksInOrder() {
     Table& table = TheTable();
-    const std::shared_lock lock(table.mutex);
+    const std::lock_guard lock(table.mutex);
     std::vector<NumberedFork> forks;
     for (const auto& [number, slot] : table.slots) forks.push_back({number, slot.fork});
     std::sort(forks.begin(), forks.end(), [&](const auto& a, const auto& b) {
@@ -101,7 +107,7 @@ bool HasOpenForks(FSVolumeRefNum inVolume) {
 UInt8 OpenForkAttributes(dev_t inDevice, ino_t inInode) {
     UInt8 attributes = 0;
     Table& table = TheTable();
-    const std::shared_lock lock(table.mutex);
+    const std::lock_guard lock(table.mutex);
     for (const auto& [number, slot] : table.slots) {
         if (slot.fork->IsSameFork(inDevice, inInode, Fork::kData))
             attributes |= kioFlAttribDataOpenMask | kioFlAttribFileOpenMask;

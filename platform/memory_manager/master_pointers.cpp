@@ -7,6 +7,7 @@
 #include <mutex>
 
 #include "posix/address_sanitizer.h"
+#include "posix/fork_guard.h"
 
 #ifdef PLATFORM_CHECKS_ADDRESSES
 #include <sanitizer/lsan_interface.h>
@@ -32,6 +33,10 @@ struct Pool {
     UInt32 firstFree = kNone, lastFree = kNone, freeCount = 0;
 };
 constinit Pool gPool;
+
+[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
+    HoldOverForks([]() -> std::mutex& { return gPool.mutex; });
+}
 
 bool Reserve() {
     for (size_t size = kReserved; size >= kLeastReserved; size /= 2) {

@@ -9,6 +9,7 @@
 
 #include "memory_manager/block.h"
 #include "memory_manager/mem_error.h"
+#include "posix/fork_guard.h"
 
 namespace carbon {
 namespace {
@@ -22,6 +23,10 @@ struct LivePointers {
 LivePointers& Live() {
     static LivePointers& live = *new LivePointers;
     return live;
+}
+
+[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
+    HoldOverForks([]() -> std::mutex& { return Live().mutex; });
 }
 
 bool IsLive(Ptr inPointer) {

@@ -1,12 +1,12 @@
 // Owns which files are open, their order, and which one is current.
 #include <Carbon/MacErrors.h>
-#include <pthread.h>
 
 #include <algorithm>
 #include <utility>
 
 #include "file_manager/catalog.h"
 #include "file_manager/objects.h"
+#include "posix/fork_guard.h"
 #include "resource_manager/application_file.h"
 #include "resource_manager/internal.h"
 
@@ -109,8 +109,7 @@ std::mutex& ChainMutex() {
 // catalog, so before a fork, too, the chain is taken first: what is registered last comes first.
 int GuardForks() {
     Catalog::GuardForks();
-    const auto release = [] { ChainMutex().unlock(); };
-    return pthread_atfork([] { ChainMutex().lock(); }, release, release);
+    return HoldOverForks([]() -> std::mutex& { return ChainMutex(); });
 }
 
 }  // namespace

@@ -7,6 +7,9 @@
 
 #include <Platform/Platform.h>
 
+#include <atomic>
+#include <thread>
+
 #include "ForkFixture.h"
 #include "file_manager/fork_table.h"
 #include "file_manager/metadata.h"
@@ -295,6 +298,31 @@ TEST_F(OpeningTest, IsOverWhenItIsClosedThoughAChildHasInheritedIt) {
     EXPECT_GT(Open("File", fsRdWrPerm), 0);
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
+}
+
+// The child waited for ever for what a thread of its parent had held.
+TEST_F(OpeningTest, HoldsInAChildOfAProcessWithThreads) {
+    Write("One", "one");
+    Write("Other", "other");
+    const SInt16 one = Open("One", fsRdPerm), other = Open("Other", fsRdPerm);
+    std::atomic<bool> isOver = false;
+    std::thread asking([&] {
+        while (!isOver) Mark(one);
+    });
+    for (int i = 0; i < 300; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            SInt32 length = 0;
+            alarm(20);
+            _exit(GetEOF(other, &length) == noErr && length == 5 ? 0 : 1);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << i;
+        if (status != 0) break;
+    }
+    isOver = true;
+    asking.join();
 }
 
 TEST_F(OpeningTest, ShowsInTheCatalogAndKeepsTheFileFromDeletion) {

@@ -2,7 +2,10 @@
 #include "platform/memory_manager/handle_support.h"
 
 #include <Platform/Platform.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstring>
 #include <thread>
@@ -152,6 +155,28 @@ TEST(Handles, AreMadeAndFreedOnManyThreadsAtOnce) {
         });
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(PlatformCountHandles(), before);
+}
+
+// The child waited for ever for what a thread of its parent had held.
+TEST(Handles, AreMadeInAChildOfAProcessWithThreads) {
+    std::atomic<bool> isOver = false;
+    std::thread maker([&] {
+        while (!isOver) DisposeHandle(NewEmptyHandle());
+    });
+    for (int i = 0; i < 300; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(20);
+            DisposeHandle(NewEmptyHandle());
+            _exit(MemError() == noErr ? 0 : 1);
+        }
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0) << i;
+        if (status != 0) break;
+    }
+    isOver = true;
+    maker.join();
 }
 
 TEST(Handles, OverAHundredThousandStayApart) {
