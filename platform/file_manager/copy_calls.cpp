@@ -1,6 +1,8 @@
 // Owns the copying of a file within its volume, with all that belongs to it.
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -28,16 +30,58 @@ constexpr mode_t kPermissions = 0777;
 constexpr std::array<const char*, 2> kAttributes = {"user.com.apple.FinderInfo",
                                                     "user.com.apple.ResourceFork"};
 
-// A file without a name, which nobody sees and which is gone should this process end.
-UniqueFd OpenNameless(const std::string& inFolder) {
-    return UniqueFd(open(inFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+// A file that nobody sees until it is given its name, and that is gone if it gets none.
+class UnseenFile {
+  public:
+    UnseenFile() = default;
+    ~UnseenFile() {
+        if (!mHiddenPath.empty()) unlink(mHiddenPath.c_str());
+    }
+    UnseenFile(const UnseenFile&) = delete;
+    UnseenFile& operator=(const UnseenFile&) = delete;
+
+    OSErr Make(const std::string& inFolder);
+    // dupFNErr when there is such a name.
+    OSErr GiveName(const std::string& inPath);
+    int Get() const { return mFile.Get(); }
+
+  private:
+    OSErr Link(const std::string& inPath) const;
+
+    UniqueFd mFile;
+    std::string mHiddenPath;  // empty: it has no name at all
+};
+
+// Linux: some file systems have no files without names. What a killed process leaves there under a
+// hidden one goes with its folder.
+OSErr UnseenFile::Make(const std::string& inFolder) {
+    mFile.Reset(open(inFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
+    if (mFile) return noErr;
+    if (errno != EOPNOTSUPP && errno != EISDIR) return OSErrFromErrno(errno);
+    auto path = PathInFolder(inFolder, std::string(kUnfinishedPrefix) + "copy-XXXXXX");
+    mFile.Reset(mkostemp(path.data(), O_CLOEXEC));
+    if (!mFile) return OSErrFromErrno(errno);
+    mHiddenPath = path;
+    return noErr;
 }
 
-OSErr GiveName(int inFile, const std::string& inPath) {
-    const auto nameless = "/proc/self/fd/" + std::to_string(inFile);
+OSErr UnseenFile::Link(const std::string& inPath) const {
+    const auto nameless = "/proc/self/fd/" + std::to_string(mFile.Get());
     const int result =
         linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, inPath.c_str(), AT_SYMLINK_FOLLOW);
     return result == 0 ? OSErr(noErr) : OSErrFromErrno(errno);
+}
+
+OSErr UnseenFile::GiveName(const std::string& inPath) {
+    if (mHiddenPath.empty()) return Link(inPath);
+    const char* hidden = mHiddenPath.c_str();
+    if (renameat2(AT_FDCWD, hidden, AT_FDCWD, inPath.c_str(), RENAME_NOREPLACE) == 0) {
+        mHiddenPath.clear();
+        return noErr;
+    }
+    const bool isUnknown = errno == EINVAL || errno == ENOSYS;
+    if (isUnknown && link(hidden, inPath.c_str()) == 0) return noErr;  // and the hidden one goes
+    return OSErrFromErrno(errno);
 }
 
 // Where the file systems cannot do it among themselves.
@@ -88,14 +132,11 @@ OSErr CopyFileTo(int inFrom, int inTo) {
     return isDone ? OSErr(noErr) : OSErrFromErrno(errno);
 }
 
-OSErr CopyNameless(const std::string& inFrom, const std::string& inFolder, UniqueFd* outFile) {
+OSErr CopyUnseen(const std::string& inFrom, const std::string& inFolder, UnseenFile* outFile) {
     const UniqueFd from(open(inFrom.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!from) return OSErrFromErrno(errno);
-    *outFile = OpenNameless(inFolder);
-    // Linux: where a file cannot be made whole before it is seen, none is made.
-    if (!*outFile)
-        return errno == EOPNOTSUPP || errno == EISDIR ? OSErr(paramErr) : OSErrFromErrno(errno);
-    return CopyFileTo(from.Get(), outFile->Get());
+    const OSErr error = outFile->Make(inFolder);
+    return error == noErr ? CopyFileTo(from.Get(), outFile->Get()) : error;
 }
 
 bool Exists(const std::string& inPath) {
@@ -107,14 +148,14 @@ bool Exists(const std::string& inPath) {
 OSErr CopyWithCompanion(const std::string& inFrom, const std::string& inTo) {
     const auto folder = ParentOfPath(inTo);
     const auto companion = CompanionPath(inFrom, false);
-    UniqueFd file, beside;
-    OSErr error = CopyNameless(inFrom, folder, &file);
+    UnseenFile file, beside;
+    OSErr error = CopyUnseen(inFrom, folder, &file);
     const bool hasCompanion = error == noErr && Exists(companion);
-    if (hasCompanion) error = CopyNameless(companion, folder, &beside);
+    if (hasCompanion) error = CopyUnseen(companion, folder, &beside);
     if (error == noErr) error = RemoveMetadata(inTo);
-    if (error == noErr && hasCompanion) error = GiveName(beside.Get(), CompanionPath(inTo, false));
+    if (error == noErr && hasCompanion) error = beside.GiveName(CompanionPath(inTo, false));
     if (error != noErr) return error;
-    error = GiveName(file.Get(), inTo);
+    error = file.GiveName(inTo);
     if (error != noErr && hasCompanion) RemoveMetadata(inTo);
     return error;
 }

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdarg>
 
 DiskFaults gDiskFaults;
 
@@ -26,6 +27,17 @@ int link(const char* inFrom, const char* inTo) noexcept {
     if (!gDiskFaults.hasNoLinks)
         return int(syscall(SYS_linkat, AT_FDCWD, inFrom, AT_FDCWD, inTo, 0));
     errno = EPERM;
+    return -1;
+}
+
+int open(const char* inPath, int inFlags, ...) {
+    va_list rest;
+    va_start(rest, inFlags);
+    const mode_t mode = inFlags & (O_CREAT | O_TMPFILE) ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    if (!gDiskFaults.hasNoNamelessFiles || (inFlags & O_TMPFILE) != O_TMPFILE)
+        return int(syscall(SYS_openat, AT_FDCWD, inPath, inFlags, mode));
+    errno = EOPNOTSUPP;
     return -1;
 }
 

@@ -3,8 +3,9 @@
 #pragma once
 
 struct DiskFaults {
-    bool hasNoLinks = false;  // link fails as on a file system without links
-    int killAt = 0;           // the process kills itself before so many changes from now; 0 never
+    bool hasNoLinks = false;          // link fails as on a file system without links
+    bool hasNoNamelessFiles = false;  // open with O_TMPFILE fails
+    int killAt = 0;  // the process kills itself before so many changes from now; 0 never
 };
 
 extern DiskFaults gDiskFaults;

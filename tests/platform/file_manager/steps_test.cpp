@@ -144,6 +144,36 @@ TEST_F(StepsTest, AnUpdateKilledAtAnyOfThemLeavesAFolderThatCanBeDeleted) {
     EXPECT_LT(step, kMostSteps);
 }
 
+TEST_F(StepsTest, ACopyOnADiskWithoutNamelessFilesIsSeenWholeOrNotAtAll) {
+    gDiskFaults.hasNoNamelessFiles = true;
+    int step = 1;
+    for (bool isKilled = true; isKilled && step < kMostSteps; ++step) {
+        MakePair(true, false);
+        const SInt32 folder = NumberOf(MakeFolder("Disk/Folder"));
+        isKilled = IsKilledAt(step, [&] {
+            const PString name("One");
+            HParamBlockRec block{};
+            block.copyParam.ioNamePtr = const_cast<StringPtr>(ConstStringPtr(name));
+            block.copyParam.ioVRefNum = block.copyParam.ioDstVRefNum = mVolume;
+            block.copyParam.ioDirID = 2;
+            block.copyParam.ioNewDirID = folder;
+            if (PBHCopyFileSync(&block) != noErr) _exit(1);
+        });
+        const auto names = Entries(folder);
+        if (!isKilled || !names.empty()) {
+            EXPECT_EQ(names, std::vector<std::string>{"One"});
+            const auto info = Info(folder, "One").hFileInfo;
+            EXPECT_EQ(+info.ioFlFndrInfo.fdType, UInt32('ONE '));
+            EXPECT_EQ(+info.ioFlLgLen, 8);
+            EXPECT_EQ(+info.ioFlRLgLen, 13);
+            ASSERT_EQ(HDelete(mVolume, folder, PString("One")), noErr);
+        }
+        ASSERT_EQ(HDelete(mVolume, 2, PString("Folder")), noErr) << step;
+    }
+    EXPECT_GT(step, 3);
+    EXPECT_LT(step, kMostSteps);
+}
+
 TEST_F(StepsTest, AMoveThatCannotTakeTheCompanionAlongIsUndone) {
     gDiskFaults.hasNoLinks = true;
     const auto path = Write("Disk/File");
