@@ -7,10 +7,10 @@
 
 #include <future>
 
-#include "support/Command.h"
 #include "support/Eventually.h"
 #include "support/Notebook.h"
 #include "support/TemporaryHome.h"
+#include "support/Vantor.h"
 #include "support/Watched.h"
 
 namespace {
@@ -20,10 +20,6 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
 TemporaryHome gHome;
-
-std::string VantorProgram() {
-    return ProgramFolder() + "/vantor";
-}
 
 // Three notes: Shopping (2), Tax (5) and one without a name.
 class NotebookTest : public ::testing::Test {
@@ -112,21 +108,22 @@ TEST_F(NotebookTest, MistakesAreAnsweredWithTheirCodesAndChangeNothing) {
     EXPECT_EQ(mNotebook.Get({"prio", "of", "note", "all"}), "[ 2, 5, 0 ]");
 }
 
-TEST_F(NotebookTest, MonitorShowsItsEvents) {
+TEST_F(NotebookTest, MonitorNamesItsEvents) {
     auto monitor = std::async(std::launch::async, [] {
         CommandOptions options;
         options.interruptOnOutput = "'----':";
-        return RunCommand({VantorProgram(), "monitor", "--process", "Notebook"}, options);
+        return Vantor({"monitor", "--process", "Notebook"}, options);
     });
     ASSERT_TRUE(Eventually([] { return IsWatched(gHome); }));
     mNotebook.Get({"prio", "of", "note", "Tax"});
-    EXPECT_THAT(monitor.get().output, ContainsRegex("vantor.*Notebook.*getd"));
+    EXPECT_THAT(monitor.get().output, ContainsRegex("vantor.*Notebook.*.getd.<get>"));
 }
 
-TEST_F(NotebookTest, DictionaryIsFoundByItsName) {
+TEST_F(NotebookTest, DictionaryGivesItsWordsTheirCodes) {
     const auto result = mNotebook.Vantor({"dictionary", "Notebook"});
     EXPECT_THAT(result.output, HasSubstr("make  event 'core' 'crel'"));
     EXPECT_THAT(result.output, HasSubstr("'prio'  priority"));
+    EXPECT_EQ(mNotebook.Get({"priority", "of", "note", "Tax"}), "5");
 }
 
 TEST_F(NotebookTest, EndsWhenItIsAskedToQuit) {
