@@ -235,6 +235,16 @@ BurnEngine::Snapshot BurnEngine::Take() const {
     return {mProgress.Snapshot(), mResult, mContentKiB, IsMeasuring()};
 }
 
+SInt32 BurnEngine::ContentKiB() const {
+    const std::lock_guard lock(mMutex);
+    return mContentKiB;
+}
+
+bool BurnEngine::Measuring() const {
+    const std::lock_guard lock(mMutex);
+    return IsMeasuring();
+}
+
 DriveInfo BurnEngine::Probe(const std::string& inDriveId) {
     const std::shared_ptr<Drive> drive = mDrives.Open(inDriveId);
     if (dynamic_cast<ImageDrive*>(drive.get()) != nullptr)

@@ -54,6 +54,9 @@ class BurnEngine {
     SInt32 Status() const { return mProgress.CurrentStatus(); }
     ProgressSnapshot Progress() const { return mProgress.Snapshot(); }
     Snapshot Take() const;
+    // Parts of it, for those who ask often: a report may have many lines.
+    SInt32 ContentKiB() const;
+    bool Measuring() const;
     // Waits for the engine: fBsyErr while a job runs in a burner that only the engine may ask.
     // nsDrvErr without such a drive.
     DriveInfo Probe(const std::string& inDriveId);

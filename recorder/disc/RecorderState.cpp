@@ -150,6 +150,12 @@ BurnEngine::Snapshot RecorderState::Job() {
     return own == mEnds.end() ? mEngine.Take() : own->second;
 }
 
+ProgressSnapshot RecorderState::Progress() {
+    Settle();
+    const auto own = mEnds.find(mHost);
+    return own == mEnds.end() ? mEngine.Progress() : own->second.progress;
+}
+
 void RecorderState::Eject() {
     RefuseOthers();
     mEngine.Eject(ChosenDrive());

@@ -54,6 +54,7 @@ class RecorderState {
     // The job that this host sees: its own last one until it begins another disc or ends its
     // session, else whatever the engine does or did last.
     BurnEngine::Snapshot Job();
+    ProgressSnapshot Progress();  // of that job
 
     JobEnd RequestBlankDisc();
     void ForgetRequest();

@@ -66,11 +66,11 @@ const auto kProperties = std::to_array<Property>({
     {cApplication, 'vers', [](auto&, auto&, Out o) { MakeText(kVersion, o); }, nullptr},
     {cApplication, 'pisf', [](auto&, auto&, Out o) { MakeBoolean(IsInFront(), o); }, nullptr},
 
-    {kDiscClass, 'sCod', [](auto& s, auto&, Out o) { MakeNumber(s.Job().progress.status, o); },
+    {kDiscClass, 'sCod', [](auto& s, auto&, Out o) { MakeNumber(s.Progress().status, o); },
      nullptr},
-    {kDiscClass, 'sTxt', [](auto& s, auto&, Out o) { MakeStatusText(s.Job().progress.text, o); },
+    {kDiscClass, 'sTxt', [](auto& s, auto&, Out o) { MakeStatusText(s.Progress().text, o); },
      nullptr},
-    {kDiscClass, 'DRsi', [](auto& s, auto&, Out o) { MakeNumber(s.Engine().Take().contentKiB, o); },
+    {kDiscClass, 'DRsi', [](auto& s, auto&, Out o) { MakeNumber(s.Engine().ContentKiB(), o); },
      nullptr},
     {kDiscClass, 'pnam', [](auto& s, auto&, Out o) { MakeText(s.Disc().volumeName, o); },
      [](auto& s, auto& v) { s.SetVolumeName(TextFrom(v)); }},
@@ -81,16 +81,16 @@ const auto kProperties = std::to_array<Property>({
     {kDiscClass, 'oRpl', [](auto& s, auto&, Out o) { MakeBoolean(s.Disc().replace, o); },
      [](auto& s, auto& v) { s.SetReplace(BooleanFrom(v)); }},
     {kDiscClass, 'phas',
-     [](auto& s, auto&, Out o) { MakeCode(typeEnumerated, PhaseCode(s.Job().progress.phase), o); },
+     [](auto& s, auto&, Out o) { MakeCode(typeEnumerated, PhaseCode(s.Progress().phase), o); },
      nullptr},
-    {kDiscClass, 'pcnt', [](auto& s, auto&, Out o) { MakeNumber(s.Job().progress.percent, o); },
+    {kDiscClass, 'pcnt', [](auto& s, auto&, Out o) { MakeNumber(s.Progress().percent, o); },
      nullptr},
-    {kDiscClass, 'bDon',
-     [](auto& s, auto&, Out o) { MakeBigNumber(s.Job().progress.bytesDone, o); }, nullptr},
-    {kDiscClass, 'bTot',
-     [](auto& s, auto&, Out o) { MakeBigNumber(s.Job().progress.bytesTotal, o); }, nullptr},
+    {kDiscClass, 'bDon', [](auto& s, auto&, Out o) { MakeBigNumber(s.Progress().bytesDone, o); },
+     nullptr},
+    {kDiscClass, 'bTot', [](auto& s, auto&, Out o) { MakeBigNumber(s.Progress().bytesTotal, o); },
+     nullptr},
     {kDiscClass, 'rate',
-     [](auto& s, auto&, Out o) { MakeBigNumber(s.Job().progress.bytesPerSecond, o); }, nullptr},
+     [](auto& s, auto&, Out o) { MakeBigNumber(s.Progress().bytesPerSecond, o); }, nullptr},
     {kDiscClass, 'nFil', [](auto& s, auto&, Out o) { MakeNumber(s.Job().result.nodes, o); },
      nullptr},
     {kDiscClass, 'rept', [](auto& s, auto&, Out o) { MakeTextList(s.Job().result.report, o); },
@@ -100,9 +100,9 @@ const auto kProperties = std::to_array<Property>({
     {kDiscClass, 'siml', [](auto& s, auto&, Out o) { MakeBoolean(s.Job().result.simulated, o); },
      nullptr},
     {kDiscClass, 'rPth', [](auto& s, auto&, Out o) { MakeText(s.Job().result.path, o); }, nullptr},
-    {kDiscClass, 'eCod', [](auto& s, auto&, Out o) { MakeNumber(s.Job().progress.errorCode, o); },
+    {kDiscClass, 'eCod', [](auto& s, auto&, Out o) { MakeNumber(s.Progress().errorCode, o); },
      nullptr},
-    {kDiscClass, 'eTxt', [](auto& s, auto&, Out o) { MakeText(s.Job().progress.errorText, o); },
+    {kDiscClass, 'eTxt', [](auto& s, auto&, Out o) { MakeText(s.Progress().errorText, o); },
      nullptr},
 
     {kDriveClass, 'ID  ', [](auto&, auto& d, Out o) { MakeText(d.driveId, o); }, nullptr},
@@ -141,7 +141,7 @@ void SetProperty(RecorderState& inState, const Object& inObject, const AEDesc& i
 
 bool MustWaitFor(RecorderState& inState, const Object& inObject) {
     return inObject.objectClass == DescType(kDiscClass) && inObject.property == 'DRsi' &&
-           inState.Engine().Take().measuring;
+           inState.Engine().Measuring();
 }
 
 }  // namespace recorder

@@ -37,7 +37,8 @@ class Hosts : public EngineTest {
     }
     ProgressSnapshot Seen(HostId inHost) {
         mState.ServeHost(inHost);
-        return mState.Job().progress;
+        EXPECT_EQ(mState.Progress().phase, mState.Job().progress.phase);
+        return mState.Progress();
     }
     void Quiet() { ASSERT_TRUE(mState.Engine().WaitUntilQuiet(60'000)); }
     void WriteADisc(HostId inHost) {
