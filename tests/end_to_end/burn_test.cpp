@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "support/Tree.h"
 
@@ -24,6 +25,10 @@ CommandResult Vantor(std::vector<std::string> inWords, CommandOptions inOptions 
     if (inOptions.deadline == std::chrono::seconds(60))
         inOptions.deadline = std::chrono::seconds(240);
     return RunCommand(inWords, inOptions);
+}
+
+bool RecorderIsGone() {
+    return Vantor({"status"}).output.find("not running") != std::string::npos;
 }
 
 class Burn : public ::testing::Test {
@@ -107,11 +112,7 @@ TEST_F(Burn, SecondInterruptCancelsTooAndLeavesNoFile) {
                     "kill -INT $!; kill -TERM $!; wait $!",
                     ProgramFolder() + "/vantor", mSource, mRoot});
     EXPECT_EQ(result.exitCode, 130) << result.errors;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (Vantor({"status"}).output.find("not running") == std::string::npos &&
-           std::chrono::steady_clock::now() < deadline) {
-    }
-    EXPECT_THAT(Vantor({"status"}).output, HasSubstr("not running"));
+    EXPECT_TRUE(Eventually(RecorderIsGone));
     EXPECT_EQ(std::distance(fs::directory_iterator(mRoot), {}), 1) << "only the source is left";
 }
 
@@ -184,12 +185,7 @@ TEST_F(Burn, JsonEndsWithTheSummary) {
 TEST_F(Burn, LeavesNoProcessBehind) {
     WriteFile(mSource / "a file", 10);
     ASSERT_EQ(Vantor({"burn", mSource, "--to", mImage}).exitCode, 0);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    std::string output;
-    do output = Vantor({"status"}).output;
-    while (output.find("not running") == std::string::npos &&
-           std::chrono::steady_clock::now() < deadline);
-    EXPECT_THAT(output, HasSubstr("not running"));
+    EXPECT_TRUE(Eventually(RecorderIsGone, 10));
 }
 
 TEST_F(Burn, HostInPlainCBurnsADisc) {

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "support/Command.h"
+#include "support/Eventually.h"
 #include "support/TemporaryHome.h"
 #include "vantor/api/Vantor.h"
 #include "vantor/appleevents/MoreAE.h"
@@ -152,9 +153,7 @@ class StrangeObjects : public testing::Test {
     }
     static void TearDownTestSuite() {
         EXPECT_EQ(VantorTerminateSession(), noErr);
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        while (VantorIsMirelRunning() && std::chrono::steady_clock::now() < deadline)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_TRUE(Eventually([] { return !VantorIsMirelRunning(); }));
     }
     static pid_t RecorderPid() {
         ProcessSerialNumber psn;
