@@ -26,6 +26,7 @@ namespace {
 
 constexpr auto kPatience = std::chrono::seconds(5);
 constexpr auto kPause = std::chrono::milliseconds(1);
+constexpr auto kTillNextLook = std::chrono::seconds(10);
 constexpr std::string_view kEnd = "whole";  // what is cut short does not have it
 constexpr size_t kLongest = 64 * 1024;
 
@@ -37,8 +38,10 @@ SharedCounter& Steps() {
     return sSteps;
 }
 
-// The steps when this process last looked; guarded by the catalog.
+// The steps when this process last found nothing left, and when it looks again after it did;
+// guarded by the catalog.
 std::optional<UInt64> sSeen;
+Moment sNextLook{};
 
 std::string NotesFolder() {
     const auto volumes = VolumesFolder();
@@ -228,7 +231,7 @@ void ExchangeJournal::End() {
 }
 
 bool MayExchangesBeLeft() {
-    return sSeen != Steps().Value();
+    return sSeen != Steps().Value() && (sNextLook == Moment{} || Clock::now() >= sNextLook);
 }
 
 void FinishLeftExchanges(const std::function<void(const ExchangedFiles&)>& inFinish) {
@@ -241,6 +244,8 @@ void FinishLeftExchanges(const std::function<void(const ExchangedFiles&)>& inFin
             isDone = FinishNote(PathInFolder(folder, name), inFinish) && isDone;
     }
     if (isDone) sSeen = steps;
+    // A process that was stopped in its midst must not stop all others.
+    sNextLook = isDone ? Moment{} : Clock::now() + kTillNextLook;
 }
 
 }  // namespace carbon

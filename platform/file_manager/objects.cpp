@@ -282,13 +282,15 @@ constexpr int kMostPauses = 200;
 
 std::mutex sMutex;
 std::atomic<int> sWaiting{0};   // threads at the lock
-std::atomic<UInt32> sTurns{0};  // how often it was taken
+std::atomic<UInt32> sTurns{0};  // how often it was taken; changes under it
 
 void TakeTurn() {
-    ++sWaiting;
-    sMutex.lock();
-    --sWaiting;
-    ++sTurns;
+    if (!sMutex.try_lock()) {
+        ++sWaiting;
+        sMutex.lock();
+        --sWaiting;
+    }
+    sTurns.store(sTurns.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
 }
 
 std::atomic<Objects*> sObjects = nullptr;  // once somebody has asked for them
