@@ -96,6 +96,13 @@ bool TakeAttributes(const NamedObject& inObject, bool inIsFolder, Metadata* ioMe
     return true;
 }
 
+template <typename Work>
+bool ForFileAt(int inFolder, const std::string& inName, Work inWork) {
+    if (KnowsAttributesAt()) return inWork(NamedObject{inFolder, inName});
+    const auto path = PathInFolder("/proc/self/fd/" + std::to_string(inFolder), inName);
+    return inWork(NamedObject{AT_FDCWD, path});
+}
+
 }  // namespace
 
 Metadata MetadataInAttributes(const std::string& inPath, bool inIsFolder) {
@@ -107,9 +114,15 @@ Metadata MetadataInAttributes(const std::string& inPath, bool inIsFolder) {
 
 bool ReadAttributesAt(int inFolder, const std::string& inName, Metadata* outMetadata) {
     *outMetadata = {};
-    if (KnowsAttributesAt()) return TakeAttributes({inFolder, inName}, false, outMetadata);
-    const auto path = PathInFolder("/proc/self/fd/" + std::to_string(inFolder), inName);
-    return TakeAttributes({AT_FDCWD, path}, false, outMetadata);
+    return ForFileAt(inFolder, inName, [&](const NamedObject& inObject) {
+        return TakeAttributes(inObject, false, outMetadata);
+    });
+}
+
+bool ReadFinderInfoAt(int inFolder, const std::string& inName, Metadata* outMetadata) {
+    return ForFileAt(inFolder, inName, [&](const NamedObject& inObject) {
+        return ReadFinderInfo(inObject, false, outMetadata);
+    });
 }
 
 }  // namespace carbon

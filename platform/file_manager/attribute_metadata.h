@@ -15,4 +15,7 @@ Metadata MetadataInAttributes(const std::string& inPath, bool inIsFolder);
 // told: the file has gone, or has more attributes than are looked through here.
 bool ReadAttributesAt(int inFolder, const std::string& inName, Metadata* outMetadata);
 
+// The Finder information alone. False also where there is none.
+bool ReadFinderInfoAt(int inFolder, const std::string& inName, Metadata* outMetadata);
+
 }  // namespace carbon

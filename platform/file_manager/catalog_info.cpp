@@ -3,8 +3,10 @@
 
 #include <Carbon/MacErrors.h>
 #include <fcntl.h>
+#include <unicode/unistr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "file_manager/finder_info.h"
@@ -110,6 +112,25 @@ constexpr FSCatalogInfoBitmap kFromCompanion = kFSCatInfoNodeFlags | kFSCatInfoC
 
 }  // namespace
 
+void SetUnicodeName(const std::string& inDiskName, HFSUniStr255* outName) {
+    constexpr UInt32 kLongestUnicodeName = 255;
+    const auto name = icu::UnicodeString::fromUTF8(WithSeparatorsExchanged(inDiskName));
+    const auto length = std::min<UInt32>(UInt32(name.length()), kLongestUnicodeName);
+    outName->length = UInt16(length);
+    name.extract(0, SInt32(length), reinterpret_cast<char16_t*>(outName->unicode));
+}
+
+void PutFinderInfo(const Metadata& inMetadata, FSCatalogInfoBitmap inWhich,
+                   FSCatalogInfo* outInfo) {
+    if (inWhich & kFSCatInfoFinderInfo) {
+        std::memcpy(outInfo->finderInfo, inMetadata.finderInfo, sizeof inMetadata.finderInfo);
+    }
+    if (inWhich & kFSCatInfoFinderXInfo) {
+        std::memcpy(outInfo->extFinderInfo, inMetadata.extFinderInfo,
+                    sizeof inMetadata.extFinderInfo);
+    }
+}
+
 SInt64 CreationTimeOf(const ObjectStatus& inStatus, const AppleDoubleFacts& inFacts) {
     if (inFacts.created) return *inFacts.created;
     const SInt64 birth = inStatus.identity.birth;
@@ -152,12 +173,7 @@ OSErr GetCatalogInfo(Objects& ioObjects, const Object& inObject, FSCatalogInfoBi
     PutAccess(inObject, inWhich, outInfo);
     if (inWhich & kFSCatInfoNodeFlags)
         outInfo->nodeFlags = FlagsOf(inObject.status, metadata.facts);
-    if (inWhich & kFSCatInfoFinderInfo) {
-        std::memcpy(outInfo->finderInfo, metadata.finderInfo, sizeof metadata.finderInfo);
-    }
-    if (inWhich & kFSCatInfoFinderXInfo) {
-        std::memcpy(outInfo->extFinderInfo, metadata.extFinderInfo, sizeof metadata.extFinderInfo);
-    }
+    PutFinderInfo(metadata, inWhich, outInfo);
     if (!(inWhich & kFSCatInfoValence)) return noErr;
     outInfo->valence = 0;
     if (!inObject.status.IsFolder()) return noErr;

@@ -10,6 +10,15 @@ namespace carbon {
 OSErr GetCatalogInfo(Objects& ioObjects, const Object& inObject, FSCatalogInfoBitmap inWhich,
                      FSCatalogInfo* outInfo);
 
+// What a caller may ask for.
+inline constexpr FSCatalogInfoBitmap kKnownInfo = kFSCatInfoGettableInfo | kFSCatInfoUserAccess;
+
+// The records of Finder information, as far as they are asked for.
+void PutFinderInfo(const Metadata& inMetadata, FSCatalogInfoBitmap inWhich, FSCatalogInfo* outInfo);
+
+// A name on disk as callers see it, cut to what the record holds.
+void SetUnicodeName(const std::string& inDiskName, HFSUniStr255* outName);
+
 // The number by which an object is known: a folder's directory ID; for a file one made from its
 // inode, above all directory IDs.
 UInt32 NodeIDOf(Objects& ioObjects, const Object& inObject);

@@ -20,18 +20,10 @@ namespace carbon {
 namespace {
 
 constexpr UInt32 kLongestUnicodeName = 255;
-constexpr FSCatalogInfoBitmap kKnownInfo = kFSCatInfoGettableInfo | kFSCatInfoUserAccess;
-
-void SetUnicodeName(const std::string& inDiskName, HFSUniStr255* outName) {
-    const auto name = icu::UnicodeString::fromUTF8(WithSeparatorsExchanged(inDiskName));
-    const auto length = std::min<UInt32>(UInt32(name.length()), kLongestUnicodeName);
-    outName->length = UInt16(length);
-    name.extract(0, SInt32(length), reinterpret_cast<char16_t*>(outName->unicode));
-}
 
 OSErr GetInfo(const FSRef& inRef, FSCatalogInfoBitmap inWhich, FSCatalogInfo* outInfo,
               HFSUniStr255* outName, FSSpec* outSpec, FSRef* outParent) {
-    if (inWhich & ~FSCatalogInfoBitmap(kKnownInfo)) return errFSBadInfoBitmap;
+    if (inWhich & ~kKnownInfo) return errFSBadInfoBitmap;
     if (!outInfo && inWhich != kFSCatInfoNone) return paramErr;
     const Catalog catalog;
     Objects& objects = *catalog;

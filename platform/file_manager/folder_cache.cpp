@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <fstream>
 
 #include "posix/fork_count.h"
 
@@ -17,7 +18,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr size_t kMostListings = 128;
+constexpr size_t kFewestListings = 128;
+constexpr size_t kMostListings = 4096;
+constexpr size_t kShareOfWatches = 8;  // of what the user may watch, for all programs together
 constexpr size_t kLargestFootprint = 64 * 1024 * 1024;
 constexpr size_t kSlack = 64 * 1024;  // what a listing may grow by besides its own size
 constexpr size_t kBuffer = 16 * 1024;
@@ -26,6 +29,15 @@ constexpr size_t kLongestNotice = sizeof(inotify_event) + 256;
 constexpr UInt32 kMostNotices = 256;
 // Without notices a listing counts for as long as reading it took, times this.
 constexpr int kTrustFactor = 20;
+
+size_t MostListings() {
+    static const size_t sMost = [] {
+        size_t watches = 0;
+        std::ifstream("/proc/sys/fs/inotify/max_user_watches") >> watches;
+        return std::clamp(watches / kShareOfWatches, kFewestListings, kMostListings);
+    }();
+    return sMost;
+}
 
 constexpr UInt32 kWatched = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF |
                             IN_ONLYDIR | IN_DONT_FOLLOW;
@@ -39,13 +51,14 @@ bool AreSame(const timespec& inOne, const timespec& inOther) {
 struct FolderCache::Listing {
     SortedFolder folder;
     ObjectStatus status;  // when it was read
-    int watch = -1;
-    UInt32 notices = 0;  // taken in at one time
-    UInt64 turn = 0;     // which was that
+    int watch = -1;       // none
+    int key = -1;         // of this in the map of watches, also when its watch has ended
+    UInt32 notices = 0;   // taken in at one time
+    UInt64 turn = 0;      // which was that
     bool isStale = true;
     Clock::time_point readAt;
     Clock::duration cost{};
-    UInt64 lastUse = 0;
+    std::list<const std::string*>::iterator used;
     size_t footprint = 0;
 
     // Whether it is still cheaper to take in a notice than to read anew.
@@ -75,17 +88,22 @@ void FolderCache::Start() {
 void FolderCache::Drop(const std::string& inPath) {
     const auto found = mByPath.find(inPath);
     if (found == mByPath.end()) return;
-    const int watch = found->second->watch;
-    std::erase_if(mByWatch,
-                  [&](const auto& inItem) { return inItem.second == found->second.get(); });
+    const Listing& listing = *found->second;
+    const auto [first, last] = mByWatch.equal_range(listing.key);
+    const auto item =
+        std::find_if(first, last, [&](const auto& inItem) { return inItem.second == &listing; });
+    if (item != last) mByWatch.erase(item);
+    const int watch = listing.watch;
     if (watch >= 0 && !mByWatch.count(watch)) inotify_rm_watch(mNotices.Get(), watch);
-    mFootprint -= found->second->footprint;
+    mFootprint -= listing.footprint;
+    mUsed.erase(listing.used);
     mByPath.erase(found);
 }
 
 void FolderCache::DropAll() {
     mByWatch.clear();
     mByPath.clear();
+    mUsed.clear();
     mFootprint = 0;
     mNotices.Reset();
 }
@@ -134,11 +152,8 @@ void FolderCache::TakeNotices() {
 
 void FolderCache::MakeRoom() {
     while (mByPath.size() > 1 &&
-           (mByPath.size() > kMostListings || mFootprint > kLargestFootprint)) {
-        const auto oldest = std::min_element(
-            mByPath.begin(), mByPath.end(),
-            [](const auto& a, const auto& b) { return a.second->lastUse < b.second->lastUse; });
-        Drop(std::string(oldest->first));
+           (mByPath.size() > MostListings() || mFootprint > kLargestFootprint)) {
+        Drop(std::string(*mUsed.back()));
     }
 }
 
@@ -163,8 +178,10 @@ OSErr FolderCache::Read(const Folder& inFolder, Listing** outListing) {
     listing->footprint = listing->folder.Footprint();
     mFootprint += listing->footprint;
     *outListing = listing.get();
+    listing->key = listing->watch;
     if (listing->watch >= 0) mByWatch.emplace(listing->watch, listing.get());
-    mByPath[inFolder.path] = std::move(listing);
+    const auto place = mByPath.emplace(inFolder.path, std::move(listing)).first;
+    place->second->used = mUsed.insert(mUsed.begin(), &place->first);
     return noErr;
 }
 
@@ -172,6 +189,11 @@ OSErr FolderCache::Read(const Folder& inFolder, Listing** outListing) {
 bool FolderCache::IsFar(const Folder& inFolder) const {
     const Volume* volume = mRegistry.Find(inFolder.volume);
     return volume && volume->isOnNetwork;
+}
+
+// A listing that notices keep true.
+bool FolderCache::IsTold(const Folder& inFolder) const {
+    return mByPath.at(inFolder.path)->watch >= 0 && !IsFar(inFolder);
 }
 
 OSErr FolderCache::Find(const Folder& inFolder, SortedFolder** outFolder) {
@@ -188,7 +210,7 @@ OSErr FolderCache::Find(const Folder& inFolder, SortedFolder** outFolder) {
     if (!isTrue) {
         if (const OSErr error = Read(inFolder, &listing)) return error;
     }
-    listing->lastUse = ++mClock;
+    mUsed.splice(mUsed.begin(), mUsed, listing->used);
     *outFolder = &listing->folder;
     if (!isTrue) MakeRoom();
     return noErr;
@@ -196,8 +218,19 @@ OSErr FolderCache::Find(const Folder& inFolder, SortedFolder** outFolder) {
 
 bool FolderCache::MayHaveCompanions(const Folder& inFolder) {
     SortedFolder* folder = nullptr;
-    if (IsFar(inFolder) || Find(inFolder, &folder) != noErr) return true;
-    return mByPath.at(inFolder.path)->watch < 0 || folder->HasCompanions();
+    if (Find(inFolder, &folder) != noErr) return true;
+    return !IsTold(inFolder) || folder->HasCompanions();
+}
+
+OSErr FolderCache::GetEntries(const Folder& inFolder, UInt32 inIndex, UInt32 inMost,
+                              std::vector<ListedEntry>* outEntries, bool* outAreThere) {
+    SortedFolder* folder = nullptr;
+    if (const OSErr error = Find(inFolder, &folder)) return error;
+    const UInt32 first = std::min(inIndex - 1, folder->Count());
+    outEntries->resize(std::min(inMost, folder->Count() - first));
+    for (UInt32 i = 0; i < outEntries->size(); ++i) folder->Get(first + i, &(*outEntries)[i]);
+    *outAreThere = IsTold(inFolder);
+    return noErr;
 }
 
 OSErr FolderCache::GetEntry(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry) {

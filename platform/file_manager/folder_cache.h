@@ -1,8 +1,10 @@
 // The listings of the folders that were asked about last, kept true by the kernel's notices.
 #pragma once
 
+#include <list>
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include "file_manager/folders.h"
 #include "file_manager/sorted_folder.h"
@@ -21,6 +23,10 @@ class FolderCache {
     // The entry of that number, from 1; fnfErr past the last. The folder is one just looked at.
     OSErr GetEntry(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry);
     OSErr GetFile(const Folder& inFolder, UInt32 inIndex, ListedEntry* outEntry);
+    // As many as there are from that number on, but not more than so many. `outAreThere` is false
+    // where no notices would have told that one of them has gone.
+    OSErr GetEntries(const Folder& inFolder, UInt32 inIndex, UInt32 inMost,
+                     std::vector<ListedEntry>* outEntries, bool* outAreThere);
     OSErr Count(const Folder& inFolder, UInt32* outCount);
     OSErr CountFiles(const Folder& inFolder, UInt32* outCount);
     // Whether companions may be in it: false only where notices would have told of one.
@@ -40,6 +46,7 @@ class FolderCache {
     void MakeRoom();
     void Start();
     bool IsFar(const Folder& inFolder) const;
+    bool IsTold(const Folder& inFolder) const;
 
     const VolumeRegistry& mRegistry;
     UniqueFd mNotices;
@@ -47,8 +54,8 @@ class FolderCache {
     bool mIsStarted = false;
     std::unordered_map<std::string, std::unique_ptr<Listing>> mByPath;
     std::unordered_multimap<int, Listing*> mByWatch;
-    UInt64 mClock = 0;  // counts uses, to tell the oldest
-    UInt64 mTurn = 0;   // counts the times that notices were taken in
+    std::list<const std::string*> mUsed;  // the paths, that used last first
+    UInt64 mTurn = 0;                     // counts the times that notices were taken in
     size_t mFootprint = 0;
 };
 

@@ -715,6 +715,11 @@ enum {
     kFSNodeHardLinkMask = 0x0100
 };
 
+// A way through the entries of a folder.
+typedef struct OpaqueFSIterator* FSIterator;
+typedef UInt32 FSIteratorFlags;
+enum { kFSIterateFlat = 0, kFSIterateSubtree = 1, kFSIterateDelete = 2 };
+
 // Which fields of an FSCatalogInfo are meant.
 typedef UInt32 FSCatalogInfoBitmap;
 enum {
@@ -1092,6 +1097,28 @@ OSErr FSCompareFSRefs(const FSRef* ref1, const FSRef* ref2);
 // Returns errFSBadFSRef, fnfErr when the object is gone, errFSBadInfoBitmap, paramErr.
 OSErr FSGetCatalogInfo(const FSRef* ref, FSCatalogInfoBitmap whichInfo, FSCatalogInfo* catalogInfo,
                        HFSUniStr255* outName, FSSpec* fsSpec, FSRef* parentRef);
+
+// Begins to go through the entries of a folder, in the order in which an index counts them. The
+// caller closes the iterator.
+//   iteratorFlags  kFSIterateFlat
+// Returns errFSBadFSRef, fnfErr, errFSNotAFolder, paramErr; errFSIteratorNotSupported for the other
+// ways, errFSBadIteratorFlags for unknown ones.
+OSErr FSOpenIterator(const FSRef* container, FSIteratorFlags iteratorFlags, FSIterator* iterator);
+// Returns errFSIteratorNotFound.
+OSErr FSCloseIterator(FSIterator iterator);
+
+// Tells about the next entries of an iterator's folder, as they are now; the less is asked for, the
+// less is looked at. Entries that come or go meanwhile may be told twice or passed over. Every
+// output but actualObjects may be null; each array has room for maximumObjects items.
+//   actualObjects     how many there were, also after errFSNoMoreItems; 0 after other errors
+//   containerChanged  whether the folder's entries have changed since the iterator was opened
+//   whichInfo         as for FSGetCatalogInfo, a file's valence being 0
+// Returns errFSNoMoreItems when the end was reached, errFSIteratorNotFound, errFSBadItemCount for
+// no items, errFSBadInfoBitmap, paramErr, dirNFErr when the folder is gone, afpAccessDenied.
+OSErr FSGetCatalogInfoBulk(FSIterator iterator, ItemCount maximumObjects, ItemCount* actualObjects,
+                           Boolean* containerChanged, FSCatalogInfoBitmap whichInfo,
+                           FSCatalogInfo* catalogInfos, FSRef* refs, FSSpecPtr specs,
+                           HFSUniStr255* names);
 
 // Makes the reference of the object at a path: UTF-8, ending in a zero byte, relative ones from the
 // working directory; symbolic links are followed. `isDirectory` may be null.
