@@ -103,6 +103,34 @@ bool CatalogMatch::Matches(const CInfoPBRec& inItem, ConstStringPtr inName) cons
     return PassesAll(inItem, inName) != Seeks(fsSBNegate);
 }
 
+bool CatalogMatch::CanSkim() const {
+    constexpr SInt32 kSkimmed =
+        kNameBits | fsSBFlParID | fsSBFlAttrib | fsSBFlFndrInfo | fsSBFlXFndrInfo;
+    if (Seeks(~kSkimmed)) return false;
+    return !Seeks(fsSBFlAttrib) ||
+           !(mBlock.ioSearchInfo2->hFileInfo.ioFlAttrib & kioFlAttribLockedMask);
+}
+
+FSCatalogInfoBitmap CatalogMatch::SkimmedInfo() const {
+    FSCatalogInfoBitmap fields = kFSCatInfoParentDirID;
+    if (Seeks(fsSBFlFndrInfo)) fields |= kFSCatInfoFinderInfo;
+    if (Seeks(fsSBFlXFndrInfo)) fields |= kFSCatInfoFinderXInfo;
+    return fields;
+}
+
+bool CatalogMatch::MayMatch(const FSCatalogInfo& inInfo, ConstStringPtr inName) const {
+    CInfoPBRec item = {};
+    item.hFileInfo.ioFlParID = SInt32(inInfo.parentDirID);
+    if (Seeks(fsSBFlFndrInfo))
+        std::memcpy(&item.hFileInfo.ioFlFndrInfo, inInfo.finderInfo, sizeof inInfo.finderInfo);
+    if (Seeks(fsSBFlXFndrInfo))
+        std::memcpy(&item.hFileInfo.ioFlXFndrInfo, inInfo.extFinderInfo,
+                    sizeof inInfo.extFinderInfo);
+    if (Matches(item, inName)) return true;
+    item.hFileInfo.ioFlAttrib = kioFlAttribDirMask;
+    return Matches(item, inName);
+}
+
 bool CatalogMatch::PassesAll(const CInfoPBRec& inItem, ConstStringPtr inName) const {
     if (!TakesPart(inItem) || !PassesName(inName)) return false;
     if (!Seeks(~(kNameBits | fsSBNegate))) return true;  // there need not be a second record then

@@ -13,6 +13,12 @@ class CatalogMatch {
     // Whether an item, of this name, is one that is sought.
     bool Matches(const CInfoPBRec& inItem, ConstStringPtr inName) const;
 
+    // Whether the fields SkimmedInfo of an item are enough to see that it is none.
+    bool CanSkim() const;
+    FSCatalogInfoBitmap SkimmedInfo() const;
+    // False for an item that is not sought, whether it is a file or a folder.
+    bool MayMatch(const FSCatalogInfo& inInfo, ConstStringPtr inName) const;
+
   private:
     bool HasRecords() const;
     bool TakeName();

@@ -4,8 +4,12 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "vantor/files/CatalogMatch.h"
+#include "vantor/files/CatalogSkim.h"
 #include "vantor/files/SearchStack.h"
 #include "vantor/files/VolumeInfo.h"
 
@@ -101,6 +105,11 @@ class Walk {
     // Goes on in the folder on top of the stack, unless it has changed since it was left.
     OSErr Return() {
         mHere = SearchStack::Pop(Depth());
+        mSkim = nullptr;
+        if (!mOuterSkims.empty()) {
+            mSkim = std::move(mOuterSkims.back());
+            mOuterSkims.pop_back();
+        }
         UInt32 modified = 0;
         const OSErr err = FolderDate(mHere.dirID, &modified);
         if (err != noErr) return IsEndOfFolder(err) ? OSErr{catChangedErr} : err;
@@ -126,14 +135,16 @@ class Walk {
 
     OSErr Step() {
         if (mHere.index == kBeyondLastIndex) return Leave();
+        if (mSkim) mHere.index = mSkim->Next(mHere.index);
         CInfoPBRec item;
         Str255 name = {};
         const OSErr err = Read(mHere.dirID, mHere.index, name, item);
         const bool isStart = mHere.index == kFolderItself;
         if (err != noErr) return !isStart && IsEndOfFolder(err) ? Leave() : err;
         Take(item, name);
-        mHere.index = isStart ? SInt16{1} : NextIndex();
-        if (isStart) return noErr;
+        if (isStart) return Start(mHere.dirID);
+        if (mSkim) mSkim->Found(mHere.index, name);
+        mHere.index = NextIndex();
         const bool isFolder = (item.hFileInfo.ioFlAttrib & kioFlAttribDirMask) != 0;
         return isFolder ? Enter(item.dirInfo) : OSErr{noErr};
     }
@@ -143,10 +154,18 @@ class Walk {
         return mHere.index == kLastIndex ? kBeyondLastIndex : SInt16(mHere.index + 1);
     }
 
+    OSErr Start(SInt32 inDirID) {
+        mHere.index = 1;
+        mSkim = std::make_unique<CatalogSkim>(mMatch, mVRefNum, inDirID);
+        return noErr;
+    }
+
     OSErr Enter(const DirInfo& inFolder) {
         const OSErr err = Push();
-        if (err == noErr) mHere = {inFolder.ioDrMdDat, inFolder.ioDrDirID, 1, 0};
-        return err;
+        if (err != noErr) return err;
+        mHere = {inFolder.ioDrMdDat, inFolder.ioDrDirID, 1, 0};
+        mOuterSkims.push_back(std::move(mSkim));
+        return Start(mHere.dirID);
     }
 
     OSErr Leave() { return Depth() == 0 ? OSErr{eofErr} : Return(); }
@@ -165,6 +184,9 @@ class Walk {
     CatalogMatch mMatch;
     FSVolumeRefNum mVRefNum = 0;
     SearchStack::Level mHere = {};
+    // Of the folders entered by this call; one that was gone on with is read item by item.
+    std::unique_ptr<CatalogSkim> mSkim;
+    std::vector<std::unique_ptr<CatalogSkim>> mOuterSkims;
 };
 
 }  // namespace

@@ -259,6 +259,44 @@ TEST_P(BothSearches, FilesComeInPiecesUntilAllAreFound) {
     EXPECT_EQ(all, (Names{"A Report", "Caf\x8E", "Report", "report 2"}));
 }
 
+// Many items between those that are sought, and folders between them that are empty or are not.
+TEST_P(BothSearches, FindTheSameAmongManyItemsAtOnceAndInPieces) {
+    for (int i = 100; i < 300; ++i) {
+        const std::string item = "Many/item " + std::to_string(i);
+        if (i % 37 == 0)
+            mVolume.MakeFile(item + "/sought inside", 'VtTs', 'many');
+        else if (i % 41 == 0)
+            mVolume.MakeFolder(item);
+        else if (i % 43 == 0)
+            mVolume.MakeFile(item + " sought", 'VtTs', 'many');
+        else
+            mVolume.MakeFile(item);
+    }
+    for (const SInt32 bits : {fsSBPartialName, fsSBFlFndrInfo}) {
+        Search whole(mVolume, bits | fsSBFlAttrib);
+        const auto prepare = [](Search& ioSearch) {
+            ioSearch.SeekName("SOUGHT");
+            ioSearch.values.hFileInfo.ioFlFndrInfo.fdType = 'many';
+            ioSearch.masks.hFileInfo.ioFlFndrInfo.fdType = 0xFFFFFFFF;
+            ioSearch.masks.hFileInfo.ioFlAttrib = kioFlAttribDirMask;
+        };
+        prepare(whole);
+        EXPECT_EQ(whole.Run(), eofErr);
+        EXPECT_EQ(whole.Found().size(), 10u);
+        Search pieces(mVolume, bits | fsSBFlAttrib, 1);
+        prepare(pieces);
+        Names all;
+        OSErr err = noErr;
+        while (err == noErr && all.size() < 20) {
+            err = pieces.Run();
+            for (const auto& name : pieces.Found()) all.push_back(name);
+        }
+        EXPECT_EQ(err, eofErr);
+        std::sort(all.begin(), all.end());
+        EXPECT_EQ(all, whole.Found());
+    }
+}
+
 // --- What is asked of a volume that searches by itself ---
 
 class SearchRequests : public testing::Test {
@@ -531,6 +569,43 @@ TEST_F(WalkingSearch, ReturnsOtherErrorsOfTheCatalog) {
     SInt32 count = 0;
     EXPECT_EQ(Next(true, &count), ioErr);
     EXPECT_EQ(count, 0);
+}
+
+// What moves the others to other indexes while the search is at one of them.
+TEST_F(WalkingSearch, MissesNothingWhenItemsComeBeforeThoseItIsAt) {
+    for (int i = 100; i < 160; ++i) {
+        const std::string name = "item " + std::to_string(i) + (i % 10 == 0 ? " sought" : "");
+        mVolume.MakeFile(name);
+    }
+    int readings = 0;
+    gFileFaults.getCatalogInfo = [&](CInfoPBPtr ioBlock) {
+        const std::string name = "a " + std::to_string(++readings);
+        if (ioBlock->dirInfo.ioFDirIndex > 0 && readings < 5) mVolume.MakeFile(name);
+        return REAL_CALL(PBGetCatInfoSync)(ioBlock);
+    };
+    Search search(mVolume, fsSBPartialName);
+    search.SeekName("sought");
+    EXPECT_EQ(search.Run(), eofErr);
+    auto found = search.Found();
+    found.erase(std::unique(found.begin(), found.end()), found.end());
+    EXPECT_EQ(found, (Names{"item 100 sought", "item 110 sought", "item 120 sought",
+                            "item 130 sought", "item 140 sought", "item 150 sought"}));
+}
+
+// Only what may be meant is read whole.
+TEST_F(WalkingSearch, ReadsLittleOfItemsThatCannotBeMeant) {
+    for (int i = 100; i < 200; ++i) mVolume.MakeFile("item " + std::to_string(i));
+    mVolume.MakeFile("sought");
+    int readings = 0;
+    gFileFaults.getCatalogInfo = [&](CInfoPBPtr ioBlock) {
+        ++readings;
+        return REAL_CALL(PBGetCatInfoSync)(ioBlock);
+    };
+    Search search(mVolume, fsSBPartialName);
+    search.SeekName("sought");
+    EXPECT_EQ(search.Run(), eofErr);
+    EXPECT_EQ(search.Found(), Names{"sought"});
+    EXPECT_LT(readings, 10);
 }
 
 TEST_F(WalkingSearch, SeesAsManyItemsOfAFolderAsAnIndexCounts) {
