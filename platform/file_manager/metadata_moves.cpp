@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "file_manager/companion_file.h"
+#include "file_manager/fork_locks.h"
 #include "file_manager/names.h"
 #include "file_manager/object_status.h"
 #include "posix/os_err.h"
@@ -54,11 +55,25 @@ OSErr RenameToNew(const std::string& inFrom, const std::string& inTo) {
     return rename(inFrom.c_str(), inTo.c_str()) == 0 ? OSErr(noErr) : CompanionError(errno);
 }
 
-// Gives the companion its second name. False where the file system has no links.
-OSErr LinkCompanion(const std::string& inFrom, const std::string& inTo, bool* outIsLinked) {
-    *outIsLinked = link(inFrom.c_str(), inTo.c_str()) == 0;
-    if (*outIsLinked || errno == EPERM || errno == EOPNOTSUPP || errno == EMLINK) return noErr;
-    return CompanionError(errno);
+// A copy of the companion beside the new name. There can be none of one that somebody writes to.
+bool HasMadeTwin(const ObjectGuard& inGuard, const std::string& inFrom, const std::string& inTo) {
+    Companion companion;
+    const bool isFile = S_ISREG(inGuard.Facts().st_mode);
+    if (isFile && UsesOfFork(inFrom, Fork::kResource) & kWritesInPlace) return false;
+    return ReadCompanion(inFrom, &companion) == noErr &&
+           companion.state == CompanionState::kSound &&
+           ReplaceCompanion(inTo, inGuard, companion) == noErr;
+}
+
+// Gives the companion its second name, or a twin where the file system has no links.
+OSErr DoubleCompanion(const ObjectGuard& inGuard, const std::string& inFrom,
+                      const std::string& inTo, bool* outIsDoubled) {
+    const auto companion = CompanionPath(inFrom, false), second = CompanionPath(inTo, false);
+    *outIsDoubled = link(companion.c_str(), second.c_str()) == 0;
+    if (*outIsDoubled) return noErr;
+    if (errno != EPERM && errno != EOPNOTSUPP && errno != EMLINK) return CompanionError(errno);
+    *outIsDoubled = HasMadeTwin(inGuard, inFrom, inTo);
+    return noErr;
 }
 
 OSErr RemoveRemains(const std::string& inCompanion) {
@@ -68,20 +83,20 @@ OSErr RemoveRemains(const std::string& inCompanion) {
 }
 
 // The companion has both names for a moment, so that the object has it under either.
-OSErr MoveBoth(const std::string& inFrom, const std::string& inTo, const std::string& inCompanion,
-               const std::string& inNewCompanion) {
-    bool isLinked = false;
-    OSErr error = LinkCompanion(inCompanion, inNewCompanion, &isLinked);
+OSErr MoveBoth(const ObjectGuard& inGuard, const std::string& inFrom, const std::string& inTo,
+               const std::string& inCompanion, const std::string& inNewCompanion) {
+    bool isDoubled = false;
+    OSErr error = DoubleCompanion(inGuard, inFrom, inTo, &isDoubled);
     if (error == noErr) error = RenameToNew(inFrom, inTo);
     if (error != noErr) {
-        if (isLinked) unlink(inNewCompanion.c_str());
+        if (isDoubled) unlink(inNewCompanion.c_str());
         return error;
     }
-    const int result = isLinked ? unlink(inCompanion.c_str())
-                                : rename(inCompanion.c_str(), inNewCompanion.c_str());
+    const int result = isDoubled ? unlink(inCompanion.c_str())
+                                 : rename(inCompanion.c_str(), inNewCompanion.c_str());
     if (result == 0 || errno == ENOENT) return noErr;
     error = CompanionError(errno);
-    if (RenameToNew(inTo, inFrom) == noErr && isLinked) unlink(inNewCompanion.c_str());
+    if (RenameToNew(inTo, inFrom) == noErr && isDoubled) unlink(inNewCompanion.c_str());
     return error;
 }
 
@@ -111,7 +126,7 @@ OSErr MoveWithMetadata(const std::string& inFrom, const std::string& inTo) {
     if (KindOf(companion) == Kind::kNone || isSameEntry)
         return MoveOneByOne(inFrom, inTo, companion, newCompanion);
     if (Exists(newCompanion)) return dupFNErr;  // no AppleDouble file: not ours to remove
-    return MoveBoth(inFrom, inTo, companion, newCompanion);
+    return MoveBoth(guard, inFrom, inTo, companion, newCompanion);
 }
 
 OSErr RemoveMetadata(const MetadataOwner& inOwner) {

@@ -174,6 +174,30 @@ TEST_F(StepsTest, ACopyOnADiskWithoutNamelessFilesIsSeenWholeOrNotAtAll) {
     EXPECT_LT(step, kMostSteps);
 }
 
+TEST_F(StepsTest, AMoveOnADiskWithoutLinksLeavesTheMetadataUnderEitherName) {
+    gDiskFaults.hasNoLinks = true;
+    int step = 1;
+    for (bool isKilled = true; isKilled && step < kMostSteps; ++step) {
+        MakePair(true, false);
+        const SInt32 folder = NumberOf(MakeFolder("Disk/Folder"));
+        isKilled = IsKilledAt(step, [&] {
+            if (CatMove(mVolume, 2, PString("One"), folder, nullptr) != noErr) _exit(1);
+        });
+        const bool isMoved = Exists("Disk/Folder/One");
+        ASSERT_NE(Exists("Disk/One"), isMoved) << step;
+        const auto info = Info(isMoved ? folder : 2, "One").hFileInfo;
+        ASSERT_EQ(+info.ioFlFndrInfo.fdType, UInt32('ONE ')) << step;
+        ASSERT_EQ(+info.ioFlRLgLen, 13) << step;
+        if (isMoved) {
+            ASSERT_EQ(HDelete(mVolume, folder, PString("One")), noErr);
+        }
+        ASSERT_EQ(HDelete(mVolume, 2, PString("Folder")), noErr) << step;
+    }
+    EXPECT_GT(step, 3);
+    EXPECT_LT(step, kMostSteps);
+    EXPECT_FALSE(Exists("Disk/._One"));
+}
+
 TEST_F(StepsTest, AMoveThatCannotTakeTheCompanionAlongIsUndone) {
     gDiskFaults.hasNoLinks = true;
     const auto path = Write("Disk/File");
