@@ -4,24 +4,10 @@
 
 #include <functional>
 
-#include "file_manager/metadata.h"
+#include "file_manager/exchange_note.h"
 #include "posix/UniqueFd.h"
 
 namespace carbon {
-
-// One of the two, as it was before.
-struct ExchangedFile {
-    std::string path;
-    UInt64 device = 0;
-    UInt64 inode = 0;
-    UInt64 companion = 0;  // its inode; 0 without one
-    SInt64 created = 0;    // Unix time
-    Metadata metadata;
-};
-
-struct ExchangedFiles {
-    ExchangedFile one, other;
-};
 
 // A note that holds until this is destroyed, or the process killed. It is locked meanwhile.
 class ExchangeJournal {
