@@ -150,7 +150,7 @@ CaptureWriter::CaptureWriter(const std::string& inPath)
     if (mFile < 0)
         throw Failure(errno == EEXIST ? inPath + " is there already."
                                       : inPath + " cannot be made: " + std::strerror(errno) + ".",
-                      errno == EEXIST ? dupFNErr : ioErr);
+                      errno == EEXIST ? dupFNErr : ioErr, errno == EEXIST ? kFailed : kBadSource);
     std::vector<UInt8> header(kMark, kMark + kMarkSize);
     Put(header, kVersion, 4);
     Put(header, 0, 4);

@@ -16,7 +16,7 @@ constexpr Ending kEndings[] = {
     {kFailed, "failed or refused; the message says why"},
     {kBadUsage, "bad usage: the command line makes no sense"},
     {kNoRecorder, "no recorder that can be driven"},
-    {kBadSource, "a file cannot be read or placed"},
+    {kBadSource, "a file or volume cannot be read or placed"},
     {kNotVerified, "written, but not verified good"},
     {kInterrupted, "interrupted or cancelled"},
 };

@@ -1,16 +1,9 @@
 // Declares the commands that tell of volumes and files.
+#include "Codes.h"
 #include "CommandLine.h"
 
 namespace cli {
 namespace {
-
-// Four characters; fewer are filled up with spaces.
-OSType CodeOf(const std::string& inText) {
-    OSType code = 0;
-    for (size_t i = 0; i < 4; ++i)
-        code = code << 8 | static_cast<unsigned char>(i < inText.size() ? inText[i] : ' ');
-    return code;
-}
 
 void AddFind(CLI::App& ioApp, CommandLine& ioLine) {
     const Help help = {"find",
@@ -57,10 +50,10 @@ void AddResources(CLI::App& ioApp, CommandLine& ioLine) {
     command->add_option("FILE", request.file, "A file with a resource fork, or a .rsrc file")
         ->required();
     CLI::Option* type = command->add_option_function<std::string>(
-        "--type", [&request](const std::string& inText) { request.type = CodeOf(inText); },
+        "--type", [&request](const std::string& inText) { request.type = CodeNamed(inText); },
         "Only resources of this type");
     type->type_name("TYPE")->check([](const std::string& inText) {
-        return inText.empty() || inText.size() > 4 ? "a type has four characters" : std::string();
+        return IsCode(inText) ? std::string() : "a type has four characters";
     });
     command->add_option("--id", request.id, "The data of one resource")
         ->type_name("ID")

@@ -111,7 +111,7 @@ void AddMessageCommands(CLI::App& ioApp, CommandLine& ioLine) {
                 "Start an application, if it does not run yet",
                 "",
                 {"launch Calverin", "launch ~/Applications/Calverin.app"},
-                {kFailed}},
+                {kFailed, kBadSource}},
                "Path, signature or name", Launch);
     AddProgram(ioApp, ioLine,
                {"quit", "Ask a program to quit", "", {"quit Calverin", "quit 4711"}, kSends},

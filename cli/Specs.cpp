@@ -50,7 +50,8 @@ std::vector<FSSpec> SpecsOf(const std::vector<std::string>& inPaths) {
 FSSpec SpecFor(const std::string& inPath) {
     FSSpec spec = {};
     const OSStatus status = SpecOf(inPath, &spec);
-    if (status != noErr) throw Failure(inPath + ": " + SentenceFor(status), status);
+    if (status != noErr)
+        throw Failure(inPath + ": " + SentenceFor(status), status, ExitFor(status));
     return spec;
 }
 

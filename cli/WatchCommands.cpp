@@ -25,7 +25,7 @@ void AddMonitor(CLI::App& ioApp, CommandLine& ioLine) {
         "signature or a name.\n",
         {"monitor", "monitor --process Calverin --name get",
          "monitor --class core --id setd --json", "monitor --capture events"},
-        {kFailed}};
+        {kFailed, kBadSource}};
     CLI::App* command = AddCommand(ioApp, ioLine, help, [](CommandLine& ioCommandLine) {
         ioCommandLine.monitor.json = ioCommandLine.json;
         MonitorEvents(ioCommandLine.monitor);

@@ -41,11 +41,18 @@ void Declare(CLI::App& ioApp, CommandLine& ioLine) {
     AddWatchCommands(ioApp, ioLine);
 }
 
+// The code ends the line.
+std::string WithoutStop(std::string inSentence) {
+    if (inSentence.ends_with('.')) inSentence.pop_back();
+    return inSentence;
+}
+
 int Report(const Failure& inFailure, bool inJson) {
     if (inJson)
         PrintJson({{"event", "error"}, {"code", inFailure.Code()}, {"error", inFailure.what()}});
     else
-        std::fprintf(stderr, "vantor: %s [%d]\n", inFailure.what(), inFailure.Code());
+        std::fprintf(stderr, "vantor: %s [%d]\n", WithoutStop(inFailure.what()).c_str(),
+                     inFailure.Code());
     return inFailure.Exit();
 }
 

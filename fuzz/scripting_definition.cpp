@@ -2,6 +2,7 @@
 // from the same bytes.
 #include "cli/Failure.h"
 #include "cli/ScriptingDefinition.h"
+#include "cli/Vocabulary.h"
 
 namespace {
 
@@ -23,7 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const UInt8* inBytes, size_t inSize) {
     Same files(text);
     cli::Notes notes;
     try {
-        cli::ReadScriptingDefinition("input", text, files, notes);
+        const cli::Vocabulary words("It",
+                                    cli::ReadScriptingDefinition("input", text, files, notes));
+        words.NameOf(cli::WordPlace::kValue, 'pnam');
     } catch (const cli::Failure& failure) {
         if (failure.Code() != errAECorruptData) throw;
     }

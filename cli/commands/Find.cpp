@@ -1,6 +1,7 @@
 // Owns `vantor find`: the files of a volume by creator, type and name.
 #include <cstdio>
 
+#include "Codes.h"
 #include "Commands.h"
 #include "Failure.h"
 #include "Json.h"
@@ -17,7 +18,7 @@ struct PascalText {
     Str255 bytes = "";
 };
 
-PascalText MacRoman(const std::string& inText, const char* inWhat) {
+PascalText InPascal(const std::string& inText, const char* inWhat) {
     PascalText result;
     const CFStringRef string =
         CFStringCreateWithCString(nullptr, inText.c_str(), kCFStringEncodingUTF8);
@@ -29,15 +30,9 @@ PascalText MacRoman(const std::string& inText, const char* inWhat) {
     return result;
 }
 
-// Shorter codes have spaces at their end; an empty one is any.
+// An empty one is any.
 OSType CodeOf(const std::string& inText) {
-    if (inText.empty()) return 0;
-    const PascalText text = MacRoman(inText, "This code");
-    if (text.bytes[0] > 4)
-        throw Failure(inText + ": a code has four characters", paramErr, kBadUsage);
-    UInt32 code = 0;
-    for (int i = 1; i <= 4; ++i) code = code << 8 | (i <= text.bytes[0] ? text.bytes[i] : ' ');
-    return code;
+    return inText.empty() ? 0 : CodeNamed(inText);
 }
 
 // By the volume's name, else as the volume that a path lies on.
@@ -45,7 +40,7 @@ FSVolumeRefNum VolumeOf(const std::string& inNameOrPath) {
     constexpr FSVolumeRefNum kByNameAlone = -32768;
     FSVolumeRefNum number = 0;
     const bool isName = inNameOrPath.find('/') == std::string::npos;
-    if (isName && DetermineVRefNum(MacRoman(inNameOrPath + ":", "This name").bytes, kByNameAlone,
+    if (isName && DetermineVRefNum(InPascal(inNameOrPath + ":", "This name").bytes, kByNameAlone,
                                    &number) == noErr)
         return number;
     FSRef ref;
@@ -54,7 +49,8 @@ FSVolumeRefNum VolumeOf(const std::string& inNameOrPath) {
         FSPathMakeRef(reinterpret_cast<const UInt8*>(inNameOrPath.c_str()), &ref, nullptr);
     if (status == noErr)
         status = FSGetCatalogInfo(&ref, kFSCatInfoNone, nullptr, nullptr, &spec, nullptr);
-    if (status != noErr) throw Failure("There is no volume or folder " + inNameOrPath, nsvErr);
+    if (status != noErr)
+        throw Failure("There is no volume or folder " + inNameOrPath, nsvErr, kBadSource);
     return spec.vRefNum;
 }
 
@@ -68,7 +64,7 @@ bool NextFiles(const FindRequest& inRequest, FSVolumeRefNum inVolume, bool inFir
             ? CreatorTypeFileSearch(nullptr, inVolume, CodeOf(inRequest.creator),
                                     CodeOf(inRequest.type), outFiles.data(), kBatch, &count,
                                     inFirst)
-            : NameFileSearch(nullptr, inVolume, MacRoman(inRequest.name, "This name").bytes,
+            : NameFileSearch(nullptr, inVolume, InPascal(inRequest.name, "This name").bytes,
                              outFiles.data(), kBatch, &count, inFirst, true);
     if (err != eofErr) ThrowIfFailed(err, "search the volume");
     outFiles.resize(static_cast<std::size_t>(count));

@@ -44,9 +44,13 @@ void Launch(const std::string& inApplication, bool inJson) {
     FSRef bundle;
     ProcessSerialNumber number = {0, kNoProcess};
     if (const OSStatus status = FindInstalled(inApplication, &bundle); status != noErr)
-        throw Failure("There is no application '" + inApplication + "'", status);
+        throw Failure("There is no application '" + inApplication + "'", status,
+                      status == fnfErr ? kBadSource : kFailed);
     if (const OSStatus status = Start(bundle, &number); status != noErr)
         throw Failure("The application '" + inApplication + "' could not be started", status);
+    if (pid_t pid = 0; GetProcessPID(&number, &pid) != noErr)
+        throw Failure("The application '" + inApplication + "' was started, and ended at once",
+                      procNotFound);
     Tell(number, "was started", inJson);
 }
 

@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "support/Command.h"
 #include "support/MountedVolume.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -14,8 +14,8 @@ using ::testing::HasSubstr;
 using Json = nlohmann::json;
 
 CommandResult Find(std::vector<std::string> inWords) {
-    inWords.insert(inWords.begin(), {ProgramFolder() + "/vantor", "find"});
-    return RunCommand(inWords);
+    inWords.insert(inWords.begin(), "find");
+    return Vantor(inWords);
 }
 
 // The paths in an answer in JSON, in alphabetical order, below the volume's root.
@@ -95,7 +95,7 @@ TEST(FindCommandLine, RefusesWhatMakesNoSense) {
 
 TEST(FindCommandLine, SaysThatThereIsNoSuchVolume) {
     const auto result = Find({"--creator", "abcd", "Nowhere"});
-    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.errors, HasSubstr("There is no volume or folder Nowhere [-35]"));
     const auto json = Find({"--creator", "abcd", "--json", "Nowhere"});
     EXPECT_EQ(Json::parse(json.output).at("code"), -35);

@@ -8,8 +8,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "support/Command.h"
 #include "support/TemporaryHome.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -20,8 +20,8 @@ using Json = nlohmann::json;
 TemporaryHome gHome;
 
 CommandResult Info(std::vector<std::string> inWords) {
-    inWords.insert(inWords.begin(), {ProgramFolder() + "/vantor", "info"});
-    return RunCommand(inWords);
+    inWords.insert(inWords.begin(), "info");
+    return Vantor(inWords);
 }
 
 class InfoCommand : public testing::Test {
@@ -112,13 +112,13 @@ TEST_F(InfoCommand, TellsDatesInLocalTimeWithTheirOffset) {
     ASSERT_EQ(utimensat(AT_FDCWD, mPath.c_str(), times, 0), 0);
     CommandOptions options;
     options.environment = {"TZ=Europe/Berlin"};
-    const auto result = RunCommand({ProgramFolder() + "/vantor", "info", mPath, "--json"}, options);
+    const auto result = Vantor({"info", mPath, "--json"}, options);
     EXPECT_EQ(Json::parse(result.output)["modified"], "2001-09-09 03:46:40 +0200");
 }
 
 TEST_F(InfoCommand, NamesAFileThatIsMissing) {
     const auto result = Info({"/not/there"});
-    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_EQ(result.exitCode, 4);
     EXPECT_THAT(result.errors, HasSubstr("/not/there"));
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(Info({}).exitCode, 2);

@@ -206,7 +206,9 @@ TEST(LaunchCommand, NamesWhatIsNoApplication) {
     const auto result = Vantor({"launch", "No such thing"});
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, EndsWith("[-10814]\n"));
-    EXPECT_THAT(Vantor({"launch", gHome.Root() / "none.app"}).errors, EndsWith("[-43]\n"));
+    const auto none = Vantor({"launch", gHome.Root() / "none.app"});
+    EXPECT_EQ(none.exitCode, 4);
+    EXPECT_THAT(none.errors, EndsWith("[-43]\n"));
 }
 
 // Starts a watch and, once that has told of this peer, ends it by Ctrl-C.

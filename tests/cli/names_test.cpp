@@ -227,6 +227,20 @@ TEST_F(Peer, DamagedDefinitionIsToldAndItsCodesStillServe) {
     EXPECT_THAT(shown.errors, MatchesRegex("vantor: Peer\\.sdef:3: [^\n]*\\[-1702\\]\n"));
 }
 
+TEST_F(Peer, DamagedResourcesAreToldAndItsCodesStillServe) {
+    const std::string text = gHome.Root() / "text";
+    std::ofstream(text) << "resource 'aete' 0\nbyte 1 0\nshort 0 0 1\nbyte 200\n";
+    const auto made = RunCommand(
+        {ProgramFolder() + "/compile_resources", text, mContents / "Resources/Peer.rsrc"});
+    ASSERT_EQ(made.exitCode, 0) << made.errors;
+    Launch();
+    const auto result = Vantor({"send", "Peer", "Test", "echo", "'----':gla1"});
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_THAT(result.errors, HasSubstr("the names of Peer are not known: The application's"));
+    EXPECT_THAT(result.output, StartsWith("'aevt'\\'ansr'{ '----':'gla1', "));
+    ExpectRefusal({"send", "Peer", "say again"}, "Peer's dictionary cannot be read");
+}
+
 TEST_F(Peer, DefinitionIsNamedWithOrWithoutExtension) {
     const auto with = Vantor({"dictionary", "Peer"});
     EXPECT_EQ(with.exitCode, 0) << with.errors;

@@ -191,6 +191,7 @@ TEST_F(Replay, CaptureNeverOverwritesAFile) {
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_THAT(result.errors, HasSubstr("is there already"));
     EXPECT_EQ(Contents(mFile), "precious");
+    EXPECT_EQ(Vantor({"monitor", "--capture", mFile + "/none"}).exitCode, 4);
 }
 
 TEST_F(Replay, TargetThatDoesNotRunIsNamed) {

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/resource_manager/ResourceFixture.h"
-#include "support/Command.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -29,8 +29,8 @@ class ResourcesCommand : public ResourceFixture {
         CloseResFile(file);
     }
     static CommandResult Resources(std::vector<std::string> inWords) {
-        inWords.insert(inWords.begin(), {ProgramFolder() + "/vantor", "resources"});
-        return RunCommand(inWords);
+        inWords.insert(inWords.begin(), "resources");
+        return Vantor(inWords);
     }
     std::string File() const { return Path("file"); }
 };

@@ -4,8 +4,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "support/Command.h"
 #include "support/MountedVolume.h"
+#include "support/Vantor.h"
 
 namespace {
 
@@ -15,9 +15,9 @@ using ::testing::Not;
 using Json = nlohmann::json;
 
 CommandResult Volumes(const char* inOption = nullptr) {
-    std::vector<std::string> words = {ProgramFolder() + "/vantor", "volumes"};
+    std::vector<std::string> words = {"volumes"};
     if (inOption != nullptr) words.push_back(inOption);
-    return RunCommand(words);
+    return Vantor(words);
 }
 
 // The entry of one volume.
