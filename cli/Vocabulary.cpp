@@ -2,6 +2,7 @@
 #include "Vocabulary.h"
 
 #include <algorithm>
+#include <cctype>
 
 #include "Codes.h"
 #include "Failure.h"
@@ -16,9 +17,12 @@ constexpr OSType kInheritance = 'c@#^';
     throw Failure(inSentence, paramErr, kBadUsage);
 }
 
-// A name that can stand in angle brackets.
+// A name that can stand in angle brackets and is known for one there.
 bool IsShowable(const std::string& inName) {
-    return inName.find_first_of("<>\"") == inName.npos && Shown(inName) == inName;
+    if (inName.empty()) return false;
+    const auto first = static_cast<unsigned char>(inName.front());
+    return (std::isalpha(first) != 0 || first >= 0x80) &&
+           inName.find_first_of("<>\"{}[]") == inName.npos && Shown(inName) == inName;
 }
 
 bool HasEnds(const std::string& inWord, char inBegin, char inEnd) {

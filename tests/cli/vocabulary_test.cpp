@@ -122,4 +122,12 @@ TEST(Vocabulary, NamesThatCouldFoolATerminalAreNotShown) {
     EXPECT_EQ(words.NameOf(WordPlace::kClass, 'name'), "");
 }
 
+TEST(Vocabulary, NamesThatCannotBeReadBackAreNotShown) {
+    for (const char* name : {"3D page", "{page}", "a \"page\"", ""}) {
+        Suite suite = EditorSuite();
+        suite.classes[0].name = name;
+        EXPECT_EQ(Vocabulary("Editor", {suite}).NameOf(WordPlace::kClass, 'Page'), "") << name;
+    }
+}
+
 }  // namespace
