@@ -9,6 +9,7 @@
 
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/watch_links.h"
+#include "posix/across_forks.h"
 #include "process_manager/process_table.h"
 
 namespace carbon {
@@ -27,6 +28,7 @@ struct QueuedSend {
 
 std::atomic<size_t> gQueuedCount = 0;
 std::mutex gQueuedLock;
+const HeldAcrossForks sHeld(gQueuedLock);
 std::deque<QueuedSend> gQueued;
 std::atomic<UInt64> gLastExchange = 0;
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "code_fragment_manager/libraries.h"
+#include "posix/across_forks.h"
 #include "text_utilities/mac_roman.h"
 
 // One for each library that was ever found, for as long as the program runs.
@@ -29,6 +30,8 @@ Connections& AllConnections() {
     static Connections& connections = *new Connections;
     return connections;
 }
+
+const HeldAcrossForks sHeld(AllConnections().mutex);
 
 bool IsOurCode(CFragArchitecture inArchitecture) {
     // Linux: callers name the architecture that they were written for; all of them run here.

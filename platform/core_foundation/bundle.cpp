@@ -8,6 +8,7 @@
 
 #include "core_foundation/bundle_contents.h"
 #include "core_foundation/string_object.h"
+#include "posix/across_forks.h"
 
 struct __CFBundle : carbon::Object {
     explicit __CFBundle(std::shared_ptr<const carbon::BundleContents> inContents)
@@ -39,6 +40,8 @@ BundleTable& Bundles() {
     static auto* table = new BundleTable;
     return *table;
 }
+
+const HeldAcrossForks sHeld(Bundles().lock);
 
 class Bundle final : public __CFBundle {
   public:

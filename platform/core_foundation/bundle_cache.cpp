@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "core_foundation/bundle_contents.h"
+#include "posix/across_forks.h"
 #include "posix/folder_watch.h"
 
 namespace carbon {
@@ -138,6 +139,8 @@ class Cache {
     std::shared_ptr<const Entry> Find(const std::string& inPath);
     void Remember(const std::string& inPath, std::shared_ptr<const Entry> inEntry);
 
+    std::mutex& Guard() { return mLock; }
+
   private:
     void BeginRoundIfDue();
     bool Watch(const Entry& inEntry);
@@ -196,6 +199,8 @@ Cache& BundleCache() {
     static auto* cache = new Cache;
     return *cache;
 }
+
+const HeldAcrossForks sHeld(BundleCache().Guard());
 
 }  // namespace
 

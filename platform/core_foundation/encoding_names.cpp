@@ -8,6 +8,7 @@
 #include "core_foundation/character_sets.h"
 #include "core_foundation/encodings.h"
 #include "core_foundation/icu_text.h"
+#include "posix/across_forks.h"
 
 namespace carbon {
 
@@ -80,11 +81,13 @@ CFStringEncoding EncodingNamed(const std::string& inName) {
     return found == all.end() ? kCFStringEncodingInvalidId : *found;
 }
 
+constinit std::mutex sKeptLock;
+const HeldAcrossForks sHeld(sKeptLock);
+
 // Names that are lent live as long as the process.
 CFStringRef KeptName(CFStringEncoding inEncoding) {
-    static std::mutex lock;
     static auto* names = new std::map<CFStringEncoding, CFStringRef>;
-    const std::lock_guard guard(lock);
+    const std::lock_guard guard(sKeptLock);
     const auto [found, isNew] = names->try_emplace(inEncoding, nullptr);
     if (isNew) {
         const std::string name = RegisteredName(inEncoding);

@@ -8,6 +8,7 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "posix/across_forks.h"
 #include "text_utilities/mac_roman.h"
 
 CFHashCode __CFString::Hash() const {
@@ -51,6 +52,8 @@ ConstantTable& Constants() {
     static auto* table = new ConstantTable;
     return *table;
 }
+
+const HeldAcrossForks sHeld(Constants().lock);
 
 CFStringRef NewConstant(std::string_view inMacRoman) {
     auto* units = new char16_t[inMacRoman.size()];

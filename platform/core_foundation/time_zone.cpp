@@ -10,6 +10,7 @@
 #include <mutex>
 
 #include "core_foundation/icu_text.h"
+#include "posix/across_forks.h"
 
 namespace carbon {
 
@@ -58,6 +59,8 @@ ProcessZones& Zones() {
     static auto* zones = new ProcessZones;
     return *zones;
 }
+
+const HeldAcrossForks sHeld(Zones().lock);
 
 CFTimeZoneRef CopyChosen() {
     const std::lock_guard guard(Zones().lock);

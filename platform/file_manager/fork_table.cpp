@@ -8,7 +8,7 @@
 #include <mutex>
 #include <unordered_map>
 
-#include "posix/fork_guard.h"
+#include "posix/across_forks.h"
 
 namespace carbon {
 
@@ -33,9 +33,7 @@ Table& TheTable() {
     return sTable;
 }
 
-[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
-    HoldOverForks([]() -> std::mutex& { return TheTable().mutex; });
-}
+const HeldAcrossForks sHeld(TheTable().mutex);
 
 SInt16 NextNumber(Table* ioTable) {
     do {

@@ -2,7 +2,6 @@
 #include "file_manager/objects.h"
 
 #include <Carbon/MacErrors.h>
-#include <pthread.h>
 
 #include <atomic>
 #include <chrono>
@@ -17,6 +16,7 @@
 #include "file_manager/lookup.h"
 #include "file_manager/names.h"
 #include "file_manager/reference.h"
+#include "posix/across_forks.h"
 
 namespace carbon {
 
@@ -284,14 +284,27 @@ std::mutex sMutex;
 std::atomic<int> sWaiting{0};   // threads at the lock
 std::atomic<UInt32> sTurns{0};  // how often it was taken; changes under it
 
-void TakeTurn() {
-    if (!sMutex.try_lock()) {
+// The lock, with a count of those who wait for it.
+struct Turns {
+    void lock() {
+        if (try_lock()) return;
         ++sWaiting;
         sMutex.lock();
         --sWaiting;
+        CountTurn();
     }
-    sTurns.store(sTurns.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
-}
+    bool try_lock() {
+        const bool isTaken = sMutex.try_lock();
+        if (isTaken) CountTurn();
+        return isTaken;
+    }
+    void unlock() { sMutex.unlock(); }
+
+    static void CountTurn() {
+        sTurns.store(sTurns.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+    }
+};
+Turns sLock;
 
 std::atomic<Objects*> sObjects = nullptr;  // once somebody has asked for them
 
@@ -304,36 +317,26 @@ Objects& SharedObjects() {
 // the child does not hold. So no handle is open while a process forks, and both go on with new
 // ones.
 void BeforeFork() {
-    TakeTurn();
     if (sObjects) sObjects.load()->AllFolders().CloseTables();
     CloseForFork();
 }
 
-void AfterForkInParent() {
-    sMutex.unlock();
-}
-
-void AfterForkInChild() {
+void InForkedChild() {
     if (sObjects) sObjects.load()->AllFolders().Registry().ForgetWatch();
     sWaiting = 0;  // those threads are the parent's
-    sMutex.unlock();
 }
+
+const HeldAcrossForks sHeld(sLock, {BeforeFork, InForkedChild});
 
 }  // namespace
 
-void Catalog::GuardForks() {
-    static const int sRegistered = pthread_atfork(BeforeFork, AfterForkInParent, AfterForkInChild);
-    static_cast<void>(sRegistered);
-}
-
 Catalog::Catalog() {
-    GuardForks();
-    TakeTurn();
+    sLock.lock();
     FinishExchanges(SharedObjects());
 }
 
 Catalog::~Catalog() {
-    sMutex.unlock();
+    sLock.unlock();
 }
 
 bool Catalog::IsAwaited() {
@@ -343,10 +346,10 @@ bool Catalog::IsAwaited() {
 // A mutex that is given up and taken at once is mostly got by who gave it up.
 void Catalog::LetOthersIn() {
     const UInt32 turn = sTurns;
-    sMutex.unlock();
+    sLock.unlock();
     for (int i = 0; i < kMostPauses && IsAwaited() && turn == sTurns; ++i)
         std::this_thread::sleep_for(kPause);
-    TakeTurn();
+    sLock.lock();
 }
 
 Objects& Catalog::operator*() const {

@@ -79,11 +79,6 @@ class Catalog {
     Catalog(const Catalog&) = delete;
     Catalog& operator=(const Catalog&) = delete;
 
-    // Has forks wait for the catalog, as its first use does. For locks that are taken before it:
-    // what is registered last comes first. Nothing is opened, since a static object may be who
-    // calls.
-    static void GuardForks();
-
     // Whether somebody waits for the catalog. Whoever has long to do asks now and then, and lets
     // others in: what was known of objects, volumes and tables may be different then.
     static bool IsAwaited();

@@ -12,6 +12,7 @@
 
 #include "file_manager/catalog.h"
 #include "launch_services/registered.h"
+#include "posix/across_forks.h"
 #include "posix/base_folders.h"
 #include "posix/folder_watch.h"
 
@@ -163,6 +164,7 @@ void Memory::Look() {
 }
 
 std::mutex sLock;
+const HeldAcrossForks sHeld(sLock);
 std::optional<Memory> sMemory;
 
 }  // namespace

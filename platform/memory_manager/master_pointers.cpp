@@ -6,8 +6,8 @@
 
 #include <mutex>
 
+#include "posix/across_forks.h"
 #include "posix/address_sanitizer.h"
-#include "posix/fork_guard.h"
 
 #ifdef PLATFORM_CHECKS_ADDRESSES
 #include <sanitizer/lsan_interface.h>
@@ -33,10 +33,7 @@ struct Pool {
     UInt32 firstFree = kNone, lastFree = kNone, freeCount = 0;
 };
 constinit Pool gPool;
-
-[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
-    HoldOverForks([]() -> std::mutex& { return gPool.mutex; });
-}
+const HeldAcrossForks sHeld(gPool.mutex);
 
 bool Reserve() {
     for (size_t size = kReserved; size >= kLeastReserved; size /= 2) {

@@ -9,7 +9,7 @@
 
 #include "memory_manager/block.h"
 #include "memory_manager/mem_error.h"
-#include "posix/fork_guard.h"
+#include "posix/across_forks.h"
 
 namespace carbon {
 namespace {
@@ -25,9 +25,7 @@ LivePointers& Live() {
     return live;
 }
 
-[[gnu::constructor(kBeforeStaticObjects)]] void HoldLockOverForks() {
-    HoldOverForks([]() -> std::mutex& { return Live().mutex; });
-}
+const HeldAcrossForks sHeld(Live().mutex);
 
 bool IsLive(Ptr inPointer) {
     const std::lock_guard lock(Live().mutex);

@@ -3,7 +3,6 @@
 
 #include <Carbon/MacErrors.h>
 #include <Carbon/Processes.h>
-#include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -16,6 +15,7 @@
 #include "apple_event_manager/transport.h"
 #include "apple_event_manager/watch_page.h"
 #include "file_manager/catalog.h"
+#include "posix/across_forks.h"
 #include "posix/proc_stat.h"
 #include "posix/runtime_folder.h"
 #include "process_manager/front.h"
@@ -65,14 +65,12 @@ void BeginAnewInChild() {
     sOwn.looked = 0;
     sOwn.slot = nullptr;
     sOwn.entry = {};
-    sLock.unlock();
 }
 
+const HeldAcrossForks sHeld(sLock, {nullptr, BeginAnewInChild});
+
 void InstallEndings() {
-    static const bool sInstalled = [] {
-        pthread_atfork([] { sLock.lock(); }, [] { sLock.unlock(); }, BeginAnewInChild);
-        return std::atexit(LeaveTable) == 0;
-    }();
+    static const bool sInstalled = std::atexit(LeaveTable) == 0;
     static_cast<void>(sInstalled);
 }
 

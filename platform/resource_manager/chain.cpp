@@ -5,8 +5,7 @@
 #include <utility>
 
 #include "file_manager/catalog.h"
-#include "file_manager/objects.h"
-#include "posix/fork_guard.h"
+#include "posix/across_forks.h"
 #include "resource_manager/application_file.h"
 #include "resource_manager/internal.h"
 
@@ -105,18 +104,11 @@ std::mutex& ChainMutex() {
     return mutex;
 }
 
-// A child of a process with threads finds the chain whole and free. Calls on resources ask the
-// catalog, so before a fork, too, the chain is taken first: what is registered last comes first.
-int GuardForks() {
-    Catalog::GuardForks();
-    return HoldOverForks([]() -> std::mutex& { return ChainMutex(); });
-}
+const HeldAcrossForks sHeld(ChainMutex());
 
 }  // namespace
 
 ChainAccess::ChainAccess() {
-    static const int sRegistered = GuardForks();
-    static_cast<void>(sRegistered);
     mLock = std::unique_lock(ChainMutex());
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "posix/across_forks.h"
 #include "system_services/alert_terminal.h"
 #include "system_services/alert_text.h"
 #include "system_services/hooks.h"
@@ -16,6 +17,7 @@ constexpr SInt16 kNotShown = -1;
 
 constinit Hook<PlatformAlertHook> gAlertHook;
 constinit std::mutex gParamsMutex;
+const HeldAcrossForks sHeldHook(gAlertHook.Guard()), sHeldParams(gParamsMutex);
 constinit ParamTexts gParams;
 
 ParamTexts CurrentParams() {

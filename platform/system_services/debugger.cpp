@@ -2,6 +2,7 @@
 #include <Carbon/MacTypes.h>
 #include <Platform/Platform.h>
 
+#include "posix/across_forks.h"
 #include "system_services/hooks.h"
 #include "system_services/pascal_text.h"
 
@@ -9,6 +10,7 @@ namespace carbon {
 namespace {
 
 constinit Hook<PlatformDebuggerHook> gDebuggerHook;
+const HeldAcrossForks sHeld(gDebuggerHook.Guard());
 
 constexpr UInt8 kNoText[] = {0};
 

@@ -7,6 +7,8 @@
 #include <new>
 #include <optional>
 
+#include "posix/across_forks.h"
+
 namespace carbon {
 namespace {
 
@@ -49,6 +51,8 @@ Table& Selectors() {
     static Table& table = *new Table;
     return table;
 }
+
+const HeldAcrossForks sHeld(Selectors().mutex);
 
 enum class Presence { kNew, kOld, kEither };
 

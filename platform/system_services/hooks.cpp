@@ -6,11 +6,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "posix/across_forks.h"
+
 namespace carbon {
 namespace {
 
 constinit Hook<PlatformTextSink> gTextSink;
 constinit Hook<PlatformExitHook> gExitHook;
+const HeldAcrossForks sHeldSink(gTextSink.Guard()), sHeldExit(gExitHook.Guard());
 
 }  // namespace
 

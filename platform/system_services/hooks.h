@@ -25,6 +25,8 @@ class Hook {
         return mHook;
     }
 
+    std::mutex& Guard() { return mMutex; }
+
   private:
     std::mutex mMutex;
     std::pair<Function, void*> mHook = {nullptr, nullptr};

@@ -2,6 +2,7 @@
 #include <Carbon/MacErrors.h>
 #include <Carbon/Notification.h>
 
+#include "posix/across_forks.h"
 #include "system_services/hooks.h"
 #include "system_services/pascal_text.h"
 
@@ -9,6 +10,7 @@ namespace carbon {
 namespace {
 
 constinit std::mutex gQueueMutex;
+const HeldAcrossForks sHeld(gQueueMutex);
 constinit QElemPtr gQueue = nullptr;
 
 QElemPtr ElementOf(NMRecPtr inRequest) {

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <string_view>
 
+#include "posix/across_forks.h"
 #include "text_utilities/scripts.h"
 
 namespace carbon {
@@ -55,11 +56,13 @@ SymbolText TextOf(const WideCharArr& inArray) {
     return text;
 }
 
+constinit std::mutex sSystemTableLock;
+const HeldAcrossForks sHeld(sSystemTableLock);
+
 // Made once, and again while memory is short; never disposed.
 Handle SystemTable() {
-    static std::mutex mutex;
     static Handle table = nullptr;
-    const std::lock_guard lock(mutex);
+    const std::lock_guard lock(sSystemTableLock);
     if (!table) table = NewHandle(sizeof(NumberParts));
     if (table) std::memcpy(*table, &SystemNumberParts(), sizeof(NumberParts));
     return table;
