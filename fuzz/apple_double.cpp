@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 
-#include "file_manager/apple_double_document.h"
-#include "file_manager/metadata_entries.h"
+#include "file_manager/metadata/apple_double_document.h"
+#include "file_manager/metadata/metadata_entries.h"
 #include "posix/UniqueFd.h"
 
 using namespace carbon;

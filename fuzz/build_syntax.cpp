@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "apple_event_manager/build_parser.h"
-#include "apple_event_manager/print.h"
+#include "apple_event_manager/text/build_parser.h"
+#include "apple_event_manager/text/print.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Property lists, .strings files and version strings of bundles that anyone may have made.
+#include "core_foundation/bundles/version_number.h"
 #include "core_foundation/object.h"
-#include "core_foundation/property_list.h"
-#include "core_foundation/string_object.h"
-#include "core_foundation/version_number.h"
+#include "core_foundation/property_lists/property_list.h"
+#include "core_foundation/strings/string_object.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "apple_event_manager/frame.h"
 #include "apple_event_manager/internal.h"
-#include "apple_event_manager/received.h"
+#include "apple_event_manager/transport/frame.h"
+#include "apple_event_manager/transport/received.h"
 
 using namespace carbon;
 

@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "core_foundation/format_directive.h"
 #include "core_foundation/internal.h"
+#include "core_foundation/strings/format_directive.h"
 
 namespace {
 

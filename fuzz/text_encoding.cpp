@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "core_foundation/encodings.h"
+#include "core_foundation/encodings/encodings.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "alias_manager/handles.h"
-#include "file_manager/finder_info.h"
+#include "file_manager/catalog/finder_info.h"
 
 namespace carbon {
 

@@ -3,7 +3,7 @@
 #include <Carbon/MacErrors.h>
 
 #include "alias_manager/handles.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

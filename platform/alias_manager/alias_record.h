@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "file_manager/object_status.h"
+#include "file_manager/catalog/object_status.h"
 
 namespace carbon {
 

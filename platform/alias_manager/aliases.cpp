@@ -4,7 +4,7 @@
 
 #include "alias_manager/describing.h"
 #include "alias_manager/handles.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "file_manager/catalog_info.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/catalog_info.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

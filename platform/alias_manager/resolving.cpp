@@ -6,10 +6,10 @@
 #include <algorithm>
 
 #include "alias_manager/describing.h"
-#include "file_manager/folder_listing.h"
-#include "file_manager/names.h"
-#include "file_manager/pathname.h"
-#include "file_manager/reference.h"
+#include "file_manager/catalog/names.h"
+#include "file_manager/catalog/pathname.h"
+#include "file_manager/catalog/reference.h"
+#include "file_manager/listings/folder_listing.h"
 
 namespace carbon {
 

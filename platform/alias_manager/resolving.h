@@ -2,7 +2,7 @@
 #pragma once
 
 #include "alias_manager/alias_record.h"
-#include "file_manager/objects.h"
+#include "file_manager/catalog/objects.h"
 
 namespace carbon {
 

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 
-#include "file_manager/classic_dates.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/classic_dates.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

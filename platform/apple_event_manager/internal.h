@@ -6,7 +6,7 @@
 #include <optional>
 #include <span>
 
-#include "apple_event_manager/buffer.h"
+#include "apple_event_manager/data/buffer.h"
 
 namespace carbon {
 

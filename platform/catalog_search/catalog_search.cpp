@@ -11,9 +11,9 @@
 #include "catalog_search/search_limit.h"
 #include "catalog_search/search_position.h"
 #include "file_manager/before_fork.h"
-#include "file_manager/capabilities.h"
 #include "file_manager/parameter_block.h"
-#include "file_manager/volume_selection.h"
+#include "file_manager/volumes/capabilities.h"
+#include "file_manager/volumes/volume_selection.h"
 
 namespace carbon {
 

@@ -14,9 +14,9 @@
 #include <unordered_set>
 
 #include "catalog_search/search_entries.h"
-#include "file_manager/attribute_metadata.h"
-#include "file_manager/folder_listing.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/names.h"
+#include "file_manager/listings/folder_listing.h"
+#include "file_manager/metadata/attribute_metadata.h"
 
 namespace carbon {
 

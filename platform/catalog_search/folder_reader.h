@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "catalog_search/search_filter.h"
-#include "file_manager/object_status.h"
+#include "file_manager/catalog/object_status.h"
 
 namespace carbon {
 

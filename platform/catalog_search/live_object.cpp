@@ -1,7 +1,7 @@
 // Owns looking at the objects that a search may have found.
 #include "catalog_search/live_object.h"
 
-#include "file_manager/finder_info.h"
+#include "file_manager/catalog/finder_info.h"
 
 namespace carbon {
 

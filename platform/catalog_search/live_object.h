@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "file_manager/catalog_records.h"
+#include "file_manager/catalog/catalog_records.h"
 
 namespace carbon {
 

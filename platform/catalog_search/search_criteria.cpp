@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "file_manager/names.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

@@ -9,7 +9,7 @@
 #include "catalog_search/folder_reader.h"
 #include "catalog_search/search_limit.h"
 #include "catalog_search/search_store.h"
-#include "file_manager/volume_registry.h"
+#include "file_manager/volumes/volume_registry.h"
 #include "posix/UniqueFd.h"
 
 namespace carbon {

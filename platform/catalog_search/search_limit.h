@@ -1,7 +1,7 @@
 // How long one part of a search may take.
 #pragma once
 
-#include "file_manager/objects.h"
+#include "file_manager/catalog/objects.h"
 #include "posix/deadline.h"
 
 namespace carbon {

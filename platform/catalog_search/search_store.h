@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "catalog_search/search_filter.h"
-#include "file_manager/database.h"
+#include "file_manager/numbers/database.h"
 
 namespace carbon {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "core_foundation/internal.h"
-#include "core_foundation/string_object.h"
+#include "core_foundation/strings/string_object.h"
 
 namespace carbon {
 

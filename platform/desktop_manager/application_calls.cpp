@@ -2,8 +2,8 @@
 #include <Carbon/Files.h>
 
 #include "desktop_manager/open_databases.h"
-#include "file_manager/names.h"
-#include "file_manager/pathname.h"
+#include "file_manager/catalog/names.h"
+#include "file_manager/catalog/pathname.h"
 
 namespace carbon {
 

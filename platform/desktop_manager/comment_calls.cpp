@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "desktop_manager/open_databases.h"
-#include "file_manager/capabilities.h"
-#include "file_manager/metadata.h"
-#include "file_manager/pathname.h"
+#include "file_manager/catalog/pathname.h"
+#include "file_manager/metadata/metadata.h"
+#include "file_manager/volumes/capabilities.h"
 
 namespace carbon {
 

@@ -3,8 +3,8 @@
 #include <sys/stat.h>
 
 #include "desktop_manager/open_databases.h"
-#include "file_manager/catalog.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/catalog.h"
+#include "file_manager/catalog/names.h"
 
 namespace carbon {
 

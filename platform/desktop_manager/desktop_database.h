@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "file_manager/database.h"
+#include "file_manager/numbers/database.h"
 
 namespace carbon {
 

@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <cstring>
 
-#include "file_manager/catalog_info.h"
-#include "file_manager/classic_dates.h"
-#include "file_manager/finder_info.h"
-#include "file_manager/folder_listing.h"
-#include "file_manager/metadata.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/catalog_info.h"
+#include "file_manager/catalog/classic_dates.h"
+#include "file_manager/catalog/finder_info.h"
+#include "file_manager/catalog/names.h"
+#include "file_manager/listings/folder_listing.h"
+#include "file_manager/metadata/metadata.h"
 #include "launch_services/applications.h"
 #include "posix/base_folders.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "desktop_manager/desktop_database.h"
-#include "file_manager/objects.h"
+#include "file_manager/catalog/objects.h"
 
 namespace carbon {
 

@@ -8,8 +8,8 @@
 #include <map>
 
 #include "file_manager/before_fork.h"
-#include "file_manager/capabilities.h"
-#include "file_manager/volume_selection.h"
+#include "file_manager/volumes/capabilities.h"
+#include "file_manager/volumes/volume_selection.h"
 
 namespace carbon {
 

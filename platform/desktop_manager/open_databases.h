@@ -7,7 +7,7 @@
 
 #include "desktop_manager/desktop_database.h"
 #include "desktop_manager/learning.h"
-#include "file_manager/objects.h"
+#include "file_manager/catalog/objects.h"
 #include "file_manager/parameter_block.h"
 
 namespace carbon {

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "file_manager/capabilities.h"
-#include "file_manager/pathname.h"
+#include "file_manager/catalog/pathname.h"
+#include "file_manager/volumes/capabilities.h"
 #include "folder_manager/places.h"
 #include "posix/os_err.h"
 

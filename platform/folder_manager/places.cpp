@@ -3,7 +3,7 @@
 
 #include <unistd.h>
 
-#include "file_manager/object_status.h"
+#include "file_manager/catalog/object_status.h"
 #include "posix/base_folders.h"
 
 namespace carbon {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "file_manager/volume_registry.h"
+#include "file_manager/volumes/volume_registry.h"
 
 namespace carbon {
 

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <optional>
 
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "launch_services/registered.h"
 #include "posix/across_forks.h"
 #include "posix/base_folders.h"

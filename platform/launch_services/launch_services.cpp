@@ -10,7 +10,7 @@
 #include <filesystem>
 
 #include "core_foundation/internal.h"
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "launch_services/applications.h"
 #include "launch_services/claims.h"
 #include "launch_services/registered.h"

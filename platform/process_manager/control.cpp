@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
-#include "apple_event_manager/transport.h"
+#include "apple_event_manager/transport/transport.h"
 #include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 #include "process_manager/process_table.h"

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "apple_event_manager/transport.h"
+#include "apple_event_manager/transport/transport.h"
 #include "process_manager/own_process.h"
 #include "process_manager/slots.h"
 

@@ -9,7 +9,7 @@
 #include <filesystem>
 
 #include "core_foundation/internal.h"
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "text_utilities/mac_roman.h"
 
 namespace carbon {

@@ -10,10 +10,10 @@
 #include <cstring>
 
 #include "apple_event_manager/internal.h"
-#include "apple_event_manager/received.h"
-#include "apple_event_manager/transport.h"
-#include "apple_event_manager/watched_send.h"
-#include "file_manager/catalog.h"
+#include "apple_event_manager/transport/received.h"
+#include "apple_event_manager/transport/transport.h"
+#include "apple_event_manager/watching/watched_send.h"
+#include "file_manager/catalog/catalog.h"
 #include "posix/file_lock.h"
 #include "posix/proc_stat.h"
 #include "posix/runtime_folder.h"

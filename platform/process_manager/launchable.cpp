@@ -9,7 +9,7 @@
 #include <cerrno>
 
 #include "core_foundation/internal.h"
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "posix/os_err.h"
 
 namespace carbon {

@@ -13,10 +13,10 @@
 #include <string>
 #include <vector>
 
-#include "apple_event_manager/event_queue.h"
+#include "apple_event_manager/handling/event_queue.h"
 #include "apple_event_manager/internal.h"
 #include "apple_event_manager/limits.h"
-#include "apple_event_manager/received.h"
+#include "apple_event_manager/transport/received.h"
 #include "posix/os_err.h"
 #include "posix/runtime_folder.h"
 

@@ -12,9 +12,9 @@
 #include <ctime>
 #include <mutex>
 
-#include "apple_event_manager/transport.h"
-#include "apple_event_manager/watch_page.h"
-#include "file_manager/catalog.h"
+#include "apple_event_manager/transport/transport.h"
+#include "apple_event_manager/watching/watch_page.h"
+#include "file_manager/catalog/catalog.h"
 #include "posix/across_forks.h"
 #include "posix/proc_stat.h"
 #include "posix/runtime_folder.h"

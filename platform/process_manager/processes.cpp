@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "core_foundation/internal.h"
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "process_manager/active_time.h"
 #include "process_manager/own_process.h"
 #include "process_manager/process_table.h"

@@ -3,9 +3,9 @@
 
 #include <Carbon/MacErrors.h>
 
-#include "core_foundation/bundle_layout.h"
-#include "file_manager/metadata.h"
-#include "file_manager/object_status.h"
+#include "core_foundation/bundles/bundle_layout.h"
+#include "file_manager/catalog/object_status.h"
+#include "file_manager/metadata/metadata.h"
 #include "process_manager/identity.h"
 
 namespace carbon {

@@ -7,8 +7,8 @@
 
 #include <cerrno>
 
-#include "file_manager/catalog.h"
-#include "file_manager/metadata.h"
+#include "file_manager/catalog/catalog.h"
+#include "file_manager/metadata/metadata.h"
 
 namespace carbon {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "posix/across_forks.h"
 #include "resource_manager/application_file.h"
 #include "resource_manager/internal.h"

@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
-#include "file_manager/catalog.h"
-#include "file_manager/metadata.h"
-#include "file_manager/names.h"
-#include "file_manager/object_changes.h"
+#include "file_manager/catalog/catalog.h"
+#include "file_manager/catalog/names.h"
+#include "file_manager/catalog/object_changes.h"
+#include "file_manager/metadata/metadata.h"
 #include "resource_manager/fork_names.h"
 #include "resource_manager/internal.h"
 

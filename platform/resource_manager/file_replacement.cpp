@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <string_view>
 
-#include "file_manager/catalog_info.h"
-#include "file_manager/companion_file.h"
+#include "file_manager/catalog/catalog_info.h"
+#include "file_manager/metadata/companion_file.h"
 #include "posix/UniqueFd.h"
 #include "posix/os_err.h"
 #include "resource_manager/carrier.h"

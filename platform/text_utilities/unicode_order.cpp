@@ -7,7 +7,7 @@
 #include <mutex>
 #include <string>
 
-#include "core_foundation/locale.h"
+#include "core_foundation/dates_and_locales/locale.h"
 
 namespace carbon {
 

@@ -1,5 +1,5 @@
 // Listing what an alias may mean, and files that are aliases.
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "platform/alias_manager/AliasFixture.h"
 
 namespace {

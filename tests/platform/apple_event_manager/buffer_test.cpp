@@ -1,5 +1,5 @@
 // The memory of a form: short and long, moved, and lent in parts.
-#include "apple_event_manager/buffer.h"
+#include "apple_event_manager/data/buffer.h"
 
 #include <gtest/gtest.h>
 

@@ -8,9 +8,9 @@
 #include <chrono>
 #include <thread>
 
-#include "apple_event_manager/exchange.h"
 #include "apple_event_manager/limits.h"
-#include "apple_event_manager/transport.h"
+#include "apple_event_manager/transport/exchange.h"
+#include "apple_event_manager/transport/transport.h"
 #include "process_manager/process_table.h"
 #include "support/LocalSocket.h"
 #include "support/TemporaryHome.h"

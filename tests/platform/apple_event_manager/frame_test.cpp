@@ -1,5 +1,5 @@
 // The bytes of a frame, and what the assembler makes of packets that break the rules.
-#include "apple_event_manager/frame.h"
+#include "apple_event_manager/transport/frame.h"
 
 #include <gtest/gtest.h>
 

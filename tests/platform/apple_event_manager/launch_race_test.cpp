@@ -5,7 +5,7 @@
 
 #include <csignal>
 
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "platform/launch_services/Bundle.h"
 #include "support/Command.h"
 #include "support/TemporaryHome.h"

@@ -11,8 +11,8 @@
 #include <csignal>
 #include <random>
 
-#include "apple_event_manager/frame.h"
 #include "apple_event_manager/limits.h"
+#include "apple_event_manager/transport/frame.h"
 #include "posix/UniqueFd.h"
 #include "support/EventPeer.h"
 #include "support/LocalSocket.h"

@@ -18,9 +18,9 @@
 #include <filesystem>
 
 #include "apple_event_manager/internal.h"
-#include "apple_event_manager/watch_frame.h"
-#include "apple_event_manager/watch_page.h"
-#include "apple_event_manager/watched_send.h"
+#include "apple_event_manager/watching/watch_frame.h"
+#include "apple_event_manager/watching/watch_page.h"
+#include "apple_event_manager/watching/watched_send.h"
 #include "platform/apple_event_manager/Monitor.h"
 #include "posix/UniqueFd.h"
 #include "posix/local_socket.h"

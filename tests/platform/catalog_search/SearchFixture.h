@@ -5,7 +5,7 @@
 
 #include <set>
 
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "platform/file_manager/FileFixture.h"
 
 // One search and its record, which may be run again to go on.

@@ -8,7 +8,7 @@
 #include <memory>
 #include <thread>
 
-#include "file_manager/objects.h"
+#include "file_manager/catalog/objects.h"
 #include "platform/catalog_search/SearchFixture.h"
 
 namespace {

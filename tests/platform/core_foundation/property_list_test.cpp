@@ -1,5 +1,5 @@
 // Property lists that try to exhaust or stop their reader, and those that do not.
-#include "core_foundation/property_list.h"
+#include "core_foundation/property_lists/property_list.h"
 
 #include "CFSupport.h"
 

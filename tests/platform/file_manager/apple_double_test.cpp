@@ -1,5 +1,5 @@
 // Companion files: read when sound, ignored when not.
-#include "file_manager/apple_double.h"
+#include "file_manager/metadata/apple_double.h"
 
 #include <sys/stat.h>
 #include <sys/xattr.h>

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "ForkFixture.h"
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 
 namespace {
 

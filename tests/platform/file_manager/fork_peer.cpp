@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "VolumeFixture.h"
-#include "file_manager/object_guard.h"
+#include "file_manager/metadata/object_guard.h"
 #include "posix/runtime_folder.h"
 
 namespace {

@@ -2,7 +2,7 @@
 // is read here.
 
 #include "ForkFixture.h"
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "support/Command.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // What is kept beside files: written at one stroke, kept whole, moved and removed with its file.
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 
 #include <Carbon/Carbon.h>
 #include <fcntl.h>
@@ -12,7 +12,7 @@
 #include <thread>
 
 #include "FileFixture.h"
-#include "file_manager/apple_double_document.h"
+#include "file_manager/metadata/apple_double_document.h"
 #include "posix/UniqueFd.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Which lines of the mount table are volumes.
-#include "file_manager/mounts.h"
+#include "file_manager/volumes/mounts.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "FileFixture.h"
-#include "file_manager/names.h"
+#include "file_manager/catalog/names.h"
 
 namespace {
 

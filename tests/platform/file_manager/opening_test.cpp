@@ -11,8 +11,8 @@
 #include <thread>
 
 #include "ForkFixture.h"
-#include "file_manager/fork_table.h"
-#include "file_manager/metadata.h"
+#include "file_manager/forks/fork_table.h"
+#include "file_manager/metadata/metadata.h"
 #include "posix/UniqueFd.h"
 
 namespace {

@@ -9,7 +9,7 @@
 
 #include "DiskFaults.h"
 #include "VolumeFixture.h"
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 
 namespace {
 

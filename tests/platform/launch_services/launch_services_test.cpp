@@ -9,7 +9,7 @@
 #include <optional>
 
 #include "core_foundation/internal.h"
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "launch_services/registered.h"
 #include "platform/launch_services/Bundle.h"
 #include "support/TemporaryHome.h"

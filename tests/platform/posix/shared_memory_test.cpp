@@ -9,7 +9,7 @@
 #include <csignal>
 #include <filesystem>
 
-#include "file_manager/shared_counter.h"
+#include "file_manager/numbers/shared_counter.h"
 #include "posix/UniqueFd.h"
 #include "support/TemporaryHome.h"
 

@@ -14,7 +14,7 @@
 #include <thread>
 #include <vector>
 
-#include "file_manager/catalog.h"
+#include "file_manager/catalog/catalog.h"
 #include "platform/apple_event_manager/Monitor.h"
 #include "platform/launch_services/Bundle.h"
 #include "platform/process_manager/Peer.h"

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "platform/resource_manager/ResourceFixture.h"
 
 class ForkFixture : public ResourceFixture {

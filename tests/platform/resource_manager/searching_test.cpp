@@ -3,7 +3,7 @@
 
 #include <set>
 
-#include "file_manager/metadata.h"
+#include "file_manager/metadata/metadata.h"
 #include "platform/resource_manager/ResourceFixture.h"
 #include "resource_manager/fork.h"
 
