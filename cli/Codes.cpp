@@ -57,8 +57,8 @@ std::string MacRoman(const std::string& inUtf8) {
 }
 
 OSType CodeNamed(const std::string& inText) {
-    MacRoman(inText);
     if (const auto code = Read(inText)) return *code;
+    MacRoman(inText);
     throw Failure("'" + inText + "' is no code: codes have one to four characters", paramErr,
                   kBadUsage);
 }
