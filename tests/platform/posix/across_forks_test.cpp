@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "posix/across_forks.h"
+#include "posix/address_sanitizer.h"
 #include "support/TemporaryHome.h"
 
 namespace {
@@ -21,7 +22,14 @@ namespace {
 TemporaryHome gHome;
 
 constexpr int kChildren = 40;
-constexpr unsigned kPatience = 60;  // seconds
+constexpr unsigned kPatience = 15;  // seconds
+// The allocator of the address sanitizer has locks that it does not hold across forks, so that now
+// and then a child finds one taken. A lock of ours that is not held stops far more than these.
+#ifdef PLATFORM_CHECKS_ADDRESSES
+constexpr int kStoppedBySanitizer = 3;
+#else
+constexpr int kStoppedBySanitizer = 0;
+#endif
 
 // In a child: a wait for what no thread will let go of ends with the alarm.
 int StatusOfChildThat(void (*inWork)()) {
@@ -46,15 +54,17 @@ testing::AssertionResult ChildrenCan(void (*inWork)()) {
             while (!isOver) inWork();
         });
     int status = 0;
-    int children = 0;
-    while (status == 0 && children < kChildren) {
+    int stopped = 0;
+    for (int i = 0; i < kChildren && status == 0; ++i) {
         status = StatusOfChildThat(inWork);
-        ++children;
+        const bool isStopped = WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM;
+        if (isStopped && ++stopped <= kStoppedBySanitizer) status = 0;
     }
     isOver = true;
     for (std::thread& thread : threads) thread.join();
     if (status == 0) return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "child " << children << " ended with " << status;
+    return testing::AssertionFailure()
+           << stopped << " children stopped, the last one ended with " << status;
 }
 
 FSSpec SpecOf(const char* inName) {
